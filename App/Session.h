@@ -1,0 +1,84 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BE/Project.h"
+#include "Formats/Formats.h"
+
+// What the program does with a project, without a window: the main window and the driver both stand on it. UI thread;
+// what takes long reports progress and can be stopped, and then leaves the project as it was.
+namespace App {
+
+using BE::Problem;
+using BE::Result;
+using zebcore::classref::InterfaceRef;
+
+// Progress from 0 to 1 and what is being done; answers false to stop.
+using Progress = std::function<bool(double fraction, const std::string& what)>;
+
+struct ImportReport {
+  InterfaceRef<BE::CaptioningStream> stream;
+  std::string encoding;
+  std::vector<Formats::Problem> problems;
+};
+
+class Session {
+public:
+  static Session& Instance();
+
+  // The project in hand; null if there is none. Each of these commits what is open and closes the one before; when it
+  // fails, that one stays as it is.
+  InterfaceRef<BE::Project> GetProject() const { return mProject; }
+  std::optional<Problem> NewProject(const std::filesystem::path& path = {});
+  void NewProjectInMemory();
+  std::optional<Problem> OpenProject(const std::filesystem::path& path, bool readOnly = false);
+  std::optional<Problem> SaveProjectAs(const std::filesystem::path& path);
+  void CloseProject();
+
+  // A media file as a clip of the bin, its text subtitle tracks as streams.
+  Result<InterfaceRef<BE::MasterClip>> ImportMedia(const std::filesystem::path& path, const Progress& progress = {});
+
+  // A caption file as a new stream of a clip: the format asked for or, if the clip holds that already, the next free
+  // number of its family. One undoable step.
+  Result<ImportReport> ImportCaptions(const InterfaceRef<BE::MasterClip>& clip, const std::filesystem::path& path,
+                                      zebcaptioning::StreamFormat format, const Progress& progress = {});
+  // Whole or not at all: a file that stood there stays when writing fails. The problems are what could not be written.
+  Result<std::vector<Formats::Problem>> ExportCaptions(const InterfaceRef<BE::CaptioningStream>& stream,
+                                                       const std::filesystem::path& path, Formats::FileKind kind,
+                                                       const Progress& progress = {});
+
+  Result<InterfaceRef<BE::CaptioningStream>> NewStream(const InterfaceRef<BE::MasterClip>& clip,
+                                                       zebcaptioning::StreamFormat format);
+  // The same captions in another format; what that format does not allow takes the nearest that it does.
+  Result<InterfaceRef<BE::CaptioningStream>> DuplicateStream(const InterfaceRef<BE::CaptioningStream>& stream,
+                                                             zebcaptioning::StreamFormat format);
+  void DeleteStream(const InterfaceRef<BE::CaptioningStream>& stream);
+
+  // Says to the host's listeners what is selected, and says it again when a panel was made.
+  void SelectClip(const InterfaceRef<BE::MasterClip>& clip);
+  void SelectNothing();
+  void RepeatSelection();
+  InterfaceRef<BE::MasterClip> GetSelectedClip() const { return mSelectedClip; }
+  void OpenCaptions(); // MZ::ClosedCaptionsOpenedMessage
+
+  bool Undo();
+  bool Redo();
+
+private:
+  Session();
+  std::optional<Problem> Replace(Result<InterfaceRef<BE::Project>> next);
+
+  InterfaceRef<BE::Project> mProject;
+  InterfaceRef<BE::MasterClip> mSelectedClip;
+};
+
+// The stream numbers of a family, in the order in which they are given out: "cea608" CC1 to CC4, "cea708" services,
+// "teletext" pages, "ebu_n19", "australian", "open" tracks. channel counts from 1; 0 for an unknown name or channel.
+zebcaptioning::StreamFormat GetStreamFormat(const std::string& family, int channel);
+std::vector<std::string> GetStreamFamilies();
+
+} // namespace App

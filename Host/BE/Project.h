@@ -1,0 +1,219 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BE/Interfaces.h"
+
+// The host's document: clips, their caption streams, sequences and the history of what was done to them, kept in one
+// SQLite file. Every change is in the file before the operation that made it returns; there is nothing to save.
+namespace BE {
+
+class CaptioningStream;
+class MasterClip;
+class Sequence;
+class TrackItem;
+class OpenChange;
+
+// Failure that a person can do something about: what happened, to what, and what to do.
+struct Problem {
+  std::string text; // localised, UTF-8
+};
+template <class T> struct Result {
+  std::optional<T> value;
+  Problem problem; // meaningful without a value
+  explicit operator bool() const { return value.has_value(); }
+};
+
+// What is known of a medium. width 0: no video. sampleRate 0: no audio.
+struct MediaInfo {
+  int width = 0;
+  int height = 0;
+  zebmediatypes::PixelAspectRatio pixelAspect;
+  FrameRate frameRate;
+  bool dropFrame = false;
+  TickTime duration;
+  TickTime start; // start timecode
+  int sampleRate = 0;
+  bool still = false;
+};
+
+// Naming captions to be put into a stream.
+struct NewCaption {
+  zebcaptioning::CaptionStatePtr state;
+};
+
+struct StreamDescription {
+  StreamFormat format = zebcaptioning::kStreamFormat_None;
+  struct Region {
+    std::string name;
+    zebcore::geom::RectT<float> area;
+    bool percent = true;
+  };
+  std::vector<Region> regions;
+  std::vector<std::string> styles;
+};
+
+// One caption before and after a change; null where it did not exist.
+struct CaptionDelta {
+  ICaptioningStream::CaptionKey key;
+  std::uint64_t age = 0; // its place among captions of one begin time
+  zebcaptioning::CaptionStatePtr before;
+  zebcaptioning::CaptionStatePtr after;
+};
+
+class Project : public IProject, public INotification {
+public:
+  // A new, empty project in a new file; an existing file is not replaced. An empty path makes one that lives in the
+  // user's data folder until it is saved somewhere.
+  static Result<InterfaceRef<Project>> Create(const std::filesystem::path& path);
+  // A project in memory alone, for tests and for drives that need no file.
+  static InterfaceRef<Project> CreateInMemory();
+  static Result<InterfaceRef<Project>> Open(const std::filesystem::path& path, bool readOnly = false);
+
+  // A copy of everything, history included, at another place, which the project then lives at. Replaces a file there,
+  // whole or not at all.
+  virtual std::optional<Problem> SaveAs(const std::filesystem::path& path) = 0;
+  virtual std::filesystem::path GetPath() const = 0;
+  // Lives in the user's data folder and was never saved by name.
+  virtual bool IsUntitled() const = 0;
+  virtual void SetReadOnly(bool readOnly) = 0;
+  // The last thing that could not be written, until it could. Work goes on in memory.
+  virtual std::optional<Problem> GetStorageProblem() const = 0;
+  virtual void SetStorageProblemListener(std::function<void(const std::optional<Problem>&)> listener) = 0;
+
+  // Bin. Order is that of adding.
+  virtual InterfaceRef<MasterClip> AddClip(const UString& name, const std::filesystem::path& media,
+                                           const MediaInfo& info, bool merged) = 0;
+  virtual void RemoveClip(const InterfaceRef<MasterClip>& clip) = 0;
+  virtual std::vector<InterfaceRef<MasterClip>> GetClips() const = 0;
+  virtual InterfaceRef<MasterClip> FindClip(const std::string& id) const = 0;
+
+  struct SequenceItem {
+    InterfaceRef<MasterClip> clip;
+    TickTime start;
+    bool video = true;
+    bool audio = true;
+  };
+  virtual InterfaceRef<Sequence> AddSequence(const UString& name, FrameRate videoRate, FrameRate audioRate,
+                                             const std::vector<SequenceItem>& items) = 0;
+  virtual std::vector<InterfaceRef<Sequence>> GetSequences() const = 0;
+
+  // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem.
+  virtual Result<InterfaceRef<CaptioningStream>> AddStream(const InterfaceRef<MasterClip>& clip,
+                                                           const StreamDescription& description,
+                                                           const std::vector<NewCaption>& captions,
+                                                           const UString& stepName) = 0;
+  virtual void RemoveStream(const InterfaceRef<CaptioningStream>& stream, const UString& stepName) = 0;
+  virtual std::optional<Problem> ChangeStreamFormat(const InterfaceRef<CaptioningStream>& stream, StreamFormat format,
+                                                    const UString& stepName) = 0;
+  virtual InterfaceRef<CaptioningStream> FindStream(const std::string& id) const = 0;
+
+  // Edits from elsewhere in the host: one undoable step each, reported at once. Open changes are committed first.
+  virtual void EditCaptions(const InterfaceRef<CaptioningStream>& stream, const std::vector<CaptionDelta>& deltas,
+                            const UString& stepName) = 0;
+  // Every caption that begins in [from, to] is moved by offset.
+  virtual void ShiftCaptions(const InterfaceRef<CaptioningStream>& stream, TickTime from, TickTime to, TickTime offset,
+                             const UString& stepName) = 0;
+
+  // The history. Both commit what is open first, by HSL::CaptionCommitEditsMessage and by themselves.
+  virtual bool CanUndo() const = 0;
+  virtual bool CanRedo() const = 0;
+  // Newest first for undo, next first for redo.
+  virtual std::vector<UString> GetUndoNames() const = 0;
+  virtual std::vector<UString> GetRedoNames() const = 0;
+  virtual bool Undo() = 0;
+  virtual bool Redo() = 0;
+  // Called after the history changed in any way.
+  virtual void SetHistoryListener(std::function<void()> listener) = 0;
+
+  // Closes every open change of every updater.
+  virtual void CommitOpenChanges() = 0;
+
+  // The file is closed with nothing left open; the project answers from memory afterwards.
+  virtual void Close() = 0;
+
+  // String settings of the document (window layout, import and export settings).
+  virtual std::string GetSetting(const std::string& key, const std::string& defaultValue) const = 0;
+  virtual void SetSetting(const std::string& key, const std::string& value) = 0;
+};
+
+class MasterClip : public IMasterClip, public INotification {
+public:
+  virtual std::string GetID() const = 0;
+  virtual std::filesystem::path GetMediaPath() const = 0;
+  virtual const MediaInfo& GetMediaInfo() const = 0;
+  virtual InterfaceRef<Project> GetProject() const = 0;
+  // Ascending by format.
+  virtual std::vector<InterfaceRef<CaptioningStream>> GetStreams() const = 0;
+  // The media file is not where it was.
+  virtual bool IsOffline() const = 0;
+};
+
+class Sequence : public ISequence, public INotification {
+public:
+  virtual std::string GetID() const = 0;
+  virtual std::vector<InterfaceRef<TrackItem>> GetItems() const = 0;
+  virtual InterfaceRef<Project> GetProject() const = 0;
+  virtual void SetVideoFrameRate(FrameRate rate) = 0;
+  virtual void SetTimeDisplays(TimeDisplay video, TimeDisplay audio) = 0;
+};
+
+class TrackItem : public ITrackItem, public IClipTrackItem {
+public:
+  virtual std::string GetID() const = 0;
+  virtual bool HasVideo() const = 0;
+  virtual bool HasAudio() const = 0;
+};
+
+class CaptioningStream : public ICaptioningStream, public INotification {
+public:
+  virtual std::string GetID() const = 0;
+  virtual InterfaceRef<MasterClip> GetMasterClip() const = 0;
+  virtual const StreamDescription& GetDescription() const = 0;
+
+  // Look-ups, logarithmic. Of several captions with one begin time the newest.
+  virtual boost::intrusive_ptr<zebcaptioning::Caption> FindByBegin(TickTime begin) const = 0;
+  virtual std::optional<CaptionKey> FindKeyByBegin(TickTime begin) const = 0;
+  // Those with begin <= time < end, by begin time.
+  virtual std::vector<boost::intrusive_ptr<zebcaptioning::Caption>> FindAt(TickTime time) const = 0;
+
+  // A long job holds the stream's updaters: each call with true needs one with false.
+  virtual void SetBusy(bool busy) = 0;
+  virtual bool IsBusy() const = 0;
+
+  // A change that grows until it is committed or reverted; see OpenChange.
+  virtual std::shared_ptr<OpenChange> BeginChange() = 0;
+
+  // Writes measured line widths and block heights: at once, in no step and in no open change, on the file too. Captions
+  // that an open change holds keep the measure when that change is reverted.
+  struct Measure {
+    CaptionKey key;
+    int lineWidth = 0;
+    int blockHeight = 0;
+  };
+  virtual void WriteMeasures(const std::vector<Measure>& measures) = 0;
+};
+
+// Edits of one stream that are not yet a step. Each Apply is in the stream, in the file's journal and reported on the
+// stream's station when it returns; a process that dies leaves the change as a step of its own on the next opening.
+// Goes away with the last reference, committing.
+class OpenChange {
+public:
+  virtual ~OpenChange() = default;
+  // Adds to the change. deltas' before is what the stream holds now. stepName names what was done; a change that holds
+  // several kinds of edits is named "Edit captions".
+  virtual void Apply(const std::vector<CaptionDelta>& deltas, const UString& stepName) = 0;
+  // As Apply for one caption that the panel made: the stream takes the very object.
+  virtual void Add(const boost::intrusive_ptr<zebcaptioning::Caption>& caption, const UString& stepName) = 0;
+  virtual bool IsEmpty() const = 0;
+  // One undoable step; none if nothing is different from before.
+  virtual void Commit() = 0;
+  virtual void Revert() = 0;
+};
+
+} // namespace BE

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+#include "zebcore/Geometry.h"
+#include "zebcore/InterfaceRef.h"
+#include "zebmediatypes/PixelAspectRatio.h"
+
+namespace MF {
+
+// A picture in memory. It does not change once it was handed out, but through the copy's own maker.
+class IVideoFrame : public virtual zebcore::classref::IObject {
+public:
+  virtual zebcore::geom::RectT<int> GetRect() const = 0;
+  virtual zebmediatypes::PixelFormat GetPixelFormat() const = 0;
+  virtual zebmediatypes::PixelAspectRatio GetPixelAspectRatio() const = 0;
+  virtual const std::uint8_t* GetPixels() const = 0;
+  virtual std::uint8_t* GetWritablePixels() = 0;
+  virtual int GetRowBytes() const = 0;
+};
+
+} // namespace MF

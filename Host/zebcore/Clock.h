@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zebcore {
+
+// The one place from which timers take their time, in milliseconds. It runs by itself, or stands still and is turned by
+// hand.
+class Clock {
+public:
+  static Clock& Instance();
+
+  std::int64_t Now() const;
+  bool IsManual() const;
+  // From now on the clock stands at its present time and moves by SetNow only.
+  void UseManual();
+  void UseReal();
+  // Never backwards.
+  void SetNow(std::int64_t milliseconds);
+
+private:
+  Clock() = default;
+  bool mManual = false;
+  std::int64_t mNow = 0;
+};
+
+} // namespace zebcore

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+// A record of what the panel asks of the host, for tests and bug reports. Host sources write to it; off, which it is by
+// default, it costs one test of a flag. Guard the building of arguments with IsOn().
+namespace zebcore::trace {
+
+struct Call {
+  std::string call; // "Class::Operation"
+  nlohmann::json args;
+};
+
+bool IsOn() noexcept;
+void SetOn(bool on);
+void Record(const char* call, nlohmann::json args = nlohmann::json::object());
+// The calls since the last Take, oldest first.
+std::vector<Call> Take();
+
+// Adds to the arguments of each call as it is recorded, for instance the rows on the list at that moment.
+using Annotator = std::function<void(Call&)>;
+void SetAnnotator(Annotator annotator);
+
+} // namespace zebcore::trace
