@@ -20,7 +20,7 @@ inline constexpr RenderStatus kRenderStatus_Pending = 0x200D0001;
 // Renders single frames of a clip at a small size, on a worker; it answers at once with what it holds already, else by
 // RenderFrameCompletionMessage on its station. The newest request is served first and none is dropped.
 class IRenderFrame : public virtual zebcore::classref::IObject {
-public:
+ public:
   // Hints, in the order in which they are set: how many frames ahead (2), fields (0), progressive (1), quality flags
   // (31), downsampling (1), priority (6).
   virtual void SetLookAhead(int frames) = 0;
