@@ -1,0 +1,13 @@
+#include "HSL/OpenTextMeasure.h"
+
+#include "HSL/OpenCaptionRenderer.h"
+
+namespace HSL {
+
+OpenTextMeasure MeasureOpenText(const zebcaptioning::CaptionState& caption, int frameWidth, int frameHeight) {
+  static OpenCaptionRenderer renderer;
+  const OpenCaptionRenderer::Size size = renderer.Measure(caption, frameWidth, frameHeight);
+  return {size.width, size.height};
+}
+
+} // namespace HSL
