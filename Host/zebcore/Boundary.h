@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
 #include <string>
 #include <utility>
@@ -17,7 +18,8 @@ struct Report {
 // Call inside a catch block.
 void ReportCurrentException(const char* where);
 
-// What was caught since the last call, oldest first.
+// What was caught since the last call, oldest first; of more than so many, the last ones.
+inline constexpr std::size_t kMaximumReports = 1000;
 std::vector<Report> TakeReports();
 
 // Runs the call; false if it threw.

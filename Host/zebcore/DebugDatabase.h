@@ -6,7 +6,7 @@ namespace zebcore::debug {
 
 // Named switches for people who build and support the host. They last as long as the process.
 class DebugDatabase {
-public:
+ public:
   static DebugDatabase& Instance();
 
   std::string GetValue(const std::string& name, const std::string& defaultValue) const;

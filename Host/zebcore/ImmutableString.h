@@ -19,7 +19,7 @@ void intrusive_ptr_release(const InternedText* text) noexcept;
 // string, which equals no text, not even the empty one. An unused text is given back, so that the stations of
 // short-lived objects cost nothing afterwards. Safe to copy between threads.
 class ImmutableString {
-public:
+ public:
   ImmutableString() noexcept;
   ImmutableString(const char* text);
   explicit ImmutableString(std::string_view text);
@@ -39,7 +39,7 @@ public:
   // By text; the null string comes first.
   friend bool operator<(const ImmutableString& a, const ImmutableString& b) noexcept;
 
-private:
+ private:
   boost::intrusive_ptr<const detail::InternedText> mText;
 };
 

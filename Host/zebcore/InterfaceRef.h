@@ -16,7 +16,7 @@ namespace zebcore::classref {
 // The root of every host object. All interfaces derive virtually from it, so that an object has exactly one root, whose
 // address is the object's identity. An object starts with no reference and goes with the last one.
 class IObject {
-public:
+ public:
   IObject() = default;
   IObject(const IObject&) = delete;
   IObject& operator=(const IObject&) = delete;
@@ -27,16 +27,16 @@ public:
       delete this;
   }
 
-protected:
+ protected:
   virtual ~IObject() = default;
 
-private:
+ private:
   mutable std::atomic<int> mReferences{0};
 };
 
 // What a checked dereference of a null reference throws.
 class __attribute__((visibility("default"))) NullInterfaceException : public std::runtime_error {
-public:
+ public:
   // The text is "A NULL interface pointer has been dereferenced: " and the interface name.
   explicit NullInterfaceException(const std::string& interfaceName);
   ~NullInterfaceException() override;
@@ -47,7 +47,7 @@ public:
 // A counted reference to an interface of a host object, possibly null. Only a query and a dereference need the whole
 // interface to be declared; copying, comparing and destroying do not.
 template <class I = IObject> class InterfaceRef {
-public:
+ public:
   InterfaceRef() noexcept = default;
   InterfaceRef(std::nullptr_t) noexcept {}
   InterfaceRef(I* object) noexcept : mInterface(object), mRoot(object) { Acquire(); }
@@ -58,8 +58,7 @@ public:
   }
   // To a base interface, or to the root.
   template <class J>
-  requires(!std::is_same_v<I, J> && std::is_convertible_v<J*, I*>)
-      InterfaceRef(const InterfaceRef<J>& other)
+  requires(!std::is_same_v<I, J> && std::is_convertible_v<J*, I*>) InterfaceRef(const InterfaceRef<J>& other)
   noexcept : mInterface(other.Get()), mRoot(other.Root()) { Acquire(); }
 
   InterfaceRef& operator=(const InterfaceRef& other) noexcept {
@@ -102,7 +101,7 @@ public:
     std::swap(mRoot, other.mRoot);
   }
 
-private:
+ private:
   void Acquire() noexcept {
     if (mRoot)
       mRoot->AddReference();

@@ -11,7 +11,7 @@ namespace zebcore::config {
 // Turns a key with its default text, "$$$/Path/Name=Default", into text in the language of the program. The catalogues
 // are gettext's, one for each language, with the part before the equals sign as msgid.
 class Localizer {
-public:
+ public:
   static Localizer& Get();
 
   // The translation; without one, the default text; without an equals sign, the key itself.
@@ -23,10 +23,11 @@ public:
   // "en" first, then every language with a catalogue, ascending.
   std::vector<std::string> GetLanguages() const;
 
-  // Where LANGUAGE/LC_MESSAGES/captivo.mo are looked for.
+  // Where LANGUAGE/LC_MESSAGES/captivo.mo are looked for; empty for the folder beside the program, which is where they
+  // are looked for at first. The language stays if it has a catalogue there, else it is "en".
   void SetCatalogueFolder(const std::string& folder);
 
-private:
+ private:
   Localizer();
   ~Localizer();
   struct Impl;

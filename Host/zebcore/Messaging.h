@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "zebcore/ImmutableString.h"
 
@@ -16,27 +18,32 @@ using MessageID = std::uint32_t;
 // A stable number for a message class, never 0. Throws std::logic_error when a second name hashes to a number that is
 // already taken by another one, at the moment the second is hashed.
 MessageID HashMessageTypeNameToMessageID(const char* typeName);
+// The name that hashed to this number; empty for a number that no name has hashed to yet.
+std::string GetMessageTypeName(MessageID id);
 
 class Message {
-public:
+ public:
   virtual ~Message();
   virtual std::unique_ptr<Message> Clone() const = 0;
   MessageID GetMessageID() const noexcept { return mID; }
 
-protected:
+ protected:
   explicit Message(MessageID id) noexcept : mID(id) {}
   Message(const Message&) = default;
   Message& operator=(const Message&) = default;
 
-private:
+ private:
   MessageID mID;
 };
 
 // The id of a message class, which names itself by a constant kTypeName with its namespace. Computed at first use.
 template <class T> MessageID MessageIDOf() {
-  static MessageID id = 0;
-  if (id == 0)
+  static std::atomic<MessageID> cached{0};
+  MessageID id = cached.load(std::memory_order_relaxed);
+  if (id == 0) {
     id = HashMessageTypeNameToMessageID(T::kTypeName);
+    cached.store(id, std::memory_order_relaxed);
+  }
   return id;
 }
 
@@ -47,13 +54,13 @@ template <class T> const T* MessageCast(const Message& message) {
 
 // The clone of a message, made for deferred delivery.
 template <class T> class DynamicallyAllocatedMessage final : public T {
-public:
+ public:
   explicit DynamicallyAllocatedMessage(const T& message) : T(message) {}
 };
 
 // Base of a concrete message class: struct X : MessageOf<X> { static constexpr const char* kTypeName = "N::X"; ... };
 template <class T> class MessageOf : public Message {
-public:
+ public:
   MessageOf() : Message(MessageIDOf<T>()) {}
   std::unique_ptr<Message> Clone() const override {
     return std::make_unique<DynamicallyAllocatedMessage<T>>(static_cast<const T&>(*this));
@@ -62,7 +69,7 @@ public:
 
 // Whoever listens. A listener leaves each station that it joined; what it forgot is left for it when it goes.
 class Listener {
-public:
+ public:
   Listener() = default;
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
@@ -80,14 +87,16 @@ void RemoveListener(const utility::ImmutableString& station, Listener* listener)
 void BroadcastMessage(const utility::ImmutableString& station, const Message& message);
 
 // Clones the message and broadcasts the clone on the same station later, on the UI thread, in the order of posting. The
-// flag asks for the clone to replace an undelivered one of the same class on the same station.
+// flag asks for the clone to replace the latest undelivered one of the same class on the same station, in its place in
+// the queue. A null station is ignored.
 void PostMessageToUIThread(const utility::ImmutableString& station, const Message& message, bool replace);
 
 // Delivers everything posted so far and what is posted meanwhile; returns how many messages that were. Called by the
 // program's event loop, or by whoever turns the clock by hand.
 std::size_t DeliverPostedMessages();
 
-// Called, from any thread, when the queue of posted messages stops being empty.
+// Called, from any thread, when the queue of posted messages stops being empty, and at once if it is not empty now. It
+// must not wait for another thread. Once this returns, the notifier before is not called any more.
 void SetPostNotifier(std::function<void()> notifier);
 
 std::size_t CountListeners(const utility::ImmutableString& station);

@@ -21,7 +21,8 @@ void Record(const char* call, nlohmann::json args = nlohmann::json::object());
 // The calls since the last Take, oldest first.
 std::vector<Call> Take();
 
-// Adds to the arguments of each call as it is recorded, for instance the rows on the list at that moment.
+// Adds to the arguments of each call as it is recorded, for instance the rows on the list at that moment. It is asked
+// on the thread that set it only, and not about calls that it causes itself. Null takes it away.
 using Annotator = std::function<void(Call&)>;
 void SetAnnotator(Annotator annotator);
 
