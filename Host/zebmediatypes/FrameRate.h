@@ -10,7 +10,7 @@ namespace zebmediatypes {
 
 // A frame rate, held as the duration of one frame in ticks. Audio rates are frame rates too: one frame is one sample.
 class FrameRate {
-public:
+ public:
   // The invalid rate.
   constexpr FrameRate() = default;
   constexpr explicit FrameRate(std::int64_t ticksPerFrame) : mTicksPerFrame(ticksPerFrame) {}
@@ -26,7 +26,7 @@ public:
 
   static constexpr std::int64_t kInvalidTicks = std::numeric_limits<std::int64_t>::max();
 
-private:
+ private:
   std::int64_t mTicksPerFrame = kInvalidTicks;
 };
 

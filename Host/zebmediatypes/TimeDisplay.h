@@ -12,14 +12,14 @@ namespace zebmediatypes {
 // How a time is written: as a timecode of some rate (SMPTE ST 12-1), as a count of frames or samples, in feet and
 // frames, or in milliseconds. A value by number; 999 is the invalid one.
 class TimeDisplay {
-public:
+ public:
   constexpr TimeDisplay() = default;
   constexpr explicit TimeDisplay(int number) : mNumber(number) {}
   constexpr int GetNumber() const { return mNumber; }
 
   friend constexpr auto operator<=>(TimeDisplay, TimeDisplay) = default;
 
-private:
+ private:
   int mNumber = 0;
 };
 
@@ -51,12 +51,15 @@ FrameRate GetDisplayRate(TimeDisplay display, FrameRate rate);
 
 // The time as text: "00:01:00;02" for drop frame, "00:00:59:29" else, "1798", "112+06" feet and frames, "00:00:59.960",
 // samples at the given rate (48 kHz if that is no audio rate). Times before zero have a minus sign in front. A time
-// inside a frame prints that frame. Hours run on past 24.
+// inside a frame prints that frame. Hours run on past 24. What counts at a rate that is invalid prints milliseconds;
+// the invalid time prints nothing, and the invalid display prints as the default one.
 zebcore::UString FormatTime(TickTime time, TimeDisplay display, FrameRate rate);
 
 // The inverse, for what people type. Separators may be any of : ; . , or blanks. Fields may be missing on the left, and
 // digits without separators fill from the right ("1234" is 00:00:12:34). A drop-frame number that does not exist is
-// taken as the next one that does. Nothing for a text that is no time, or out of range in a field but the first.
+// taken as the next one that does. In milliseconds the digits after a point or comma are decimals ("59.5"), and feet
+// may be divided from frames by a plus too. Nothing for a text that is no time, is past kTime_Max, or is out of range
+// in a field but the first.
 std::optional<TickTime> ParseTime(std::u16string_view text, TimeDisplay display, FrameRate rate);
 
 // The name for a menu, English.
