@@ -1,0 +1,72 @@
+#include <QApplication>
+#include <QPushButton>
+
+#include "zebui/Controls.h"
+#include "zebui/Toolkit.h"
+
+namespace zebui::controls {
+
+namespace {
+
+constexpr float kPadding = 20.0F;
+constexpr float kHeight = 18.0F;
+
+class ButtonWidget : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  bool event(QEvent* event) override {
+    const toolkit::EventScope scope;
+    return QPushButton::event(event);
+  }
+};
+
+} // namespace
+
+UI_TextButton::UI_TextButton() {
+  Impl().makeWidget = [this](QWidget* parent) {
+    auto* button = new ButtonWidget(parent);
+    if (Impl().label)
+      button->setText(toolkit::ToQt(Impl().label()));
+    QObject::connect(button, &QPushButton::clicked, button, [this] { Changed(); });
+    return button;
+  };
+  Impl().recommend = [this] {
+    const QString text = toolkit::ToQt(GetText());
+    if (!toolkit::HasApplication())
+      return PointT<float>{kPadding + 7.0F * static_cast<float>(text.size()), kHeight};
+    const QFontMetricsF metrics{QApplication::font()};
+    return PointT<float>{static_cast<float>(metrics.horizontalAdvance(text)) + kPadding,
+                         static_cast<float>(metrics.height()) + 4.0F};
+  };
+}
+
+UI_TextButton::~UI_TextButton() {
+  if (Impl().widget)
+    Impl().widget->disconnect();
+  Impl().makeWidget = nullptr;
+}
+
+void UI_TextButton::SetText(const UString& text) {
+  Impl().label = [text] { return text; };
+  if (auto* button = qobject_cast<QPushButton*>(Impl().widget.data())) {
+    button->setText(toolkit::ToQt(text));
+    if (Impl().accessibleName.empty())
+      button->setAccessibleName(toolkit::ToQt(text));
+  }
+}
+
+UString UI_TextButton::GetText() const {
+  return Impl().label ? Impl().label() : UString();
+}
+
+void UI_TextButton::Press() {
+  const bool canPress = UI_IsEnabled() && !IsDisabled();
+  if (!canPress)
+    return;
+  const toolkit::WidgetScope scope;
+  Changed();
+}
+
+} // namespace zebui::controls

@@ -1,0 +1,196 @@
+#include "zebui/TextWidget.h"
+
+#include <utility>
+
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextDocument>
+
+namespace zebui::controls {
+
+namespace {
+
+constexpr Qt::KeyboardModifiers kCommandModifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+
+bool Types(const QKeyEvent& event) {
+  const QString text = event.text();
+  if (text.isEmpty())
+    return false;
+  // Control and Alt together are how some keyboards reach further characters.
+  const Qt::KeyboardModifiers command = event.modifiers() & kCommandModifiers;
+  if (command != Qt::NoModifier && command != (Qt::ControlModifier | Qt::AltModifier))
+    return false;
+  const QChar first = text.at(0);
+  return first.isPrint() || first.category() == QChar::Other_Format || first.category() == QChar::Other_PrivateUse ||
+         first.isSurrogate();
+}
+
+bool IsEnter(const QKeyEvent& event) {
+  return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) && !(event.modifiers() & kCommandModifiers);
+}
+
+bool IsTab(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+} // namespace
+
+TextWidget::TextWidget(const Owner& owner, Qt::Alignment alignment, QWidget* parent)
+    : QTextEdit(parent), mOwner(owner) {
+  setAcceptRichText(false);
+  setUndoRedoEnabled(false);
+  setTabChangesFocus(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  QTextOption option = document()->defaultTextOption();
+  option.setAlignment(alignment);
+  option.setWrapMode(owner.severalLines ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+  document()->setDefaultTextOption(option);
+  if (!owner.severalLines) {
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    document()->setDocumentMargin(1);
+  } else {
+    document()->setDocumentMargin(3);
+  }
+  connect(document(), &QTextDocument::contentsChange, this, &TextWidget::FollowEdit);
+}
+
+void TextWidget::ShowKeptText() {
+  if (!mOwner.text)
+    return;
+  const UString shown = mOwner.text->GetShown();
+  if (toolkit::FromQt(document()->toRawText()) == shown)
+    return;
+  const bool outer = std::exchange(mShowing, true);
+  const int scrolled = verticalScrollBar()->value();
+  setPlainText(toolkit::ToQt(shown));
+  verticalScrollBar()->setValue(scrolled);
+  mShowing = outer;
+}
+
+void TextWidget::Select(std::size_t start, std::size_t end) {
+  QTextCursor cursor = textCursor();
+  cursor.setPosition(static_cast<int>(start));
+  cursor.setPosition(static_cast<int>(end), QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+}
+
+void TextWidget::FollowEdit(int position, int removed, int added) {
+  if (mShowing || !mOwner.text)
+    return;
+  const UString shown = toolkit::FromQt(document()->toRawText());
+  const bool changed = mOwner.text->Follow(shown, static_cast<std::size_t>(position), static_cast<std::size_t>(removed),
+                                           static_cast<std::size_t>(added));
+  if (changed && mOwner.edited)
+    mOwner.edited();
+}
+
+bool TextWidget::IsEditingKey(const QKeyEvent& event, bool severalLines) {
+  static constexpr QKeySequence::StandardKey kEditing[] = {QKeySequence::Cut,
+                                                           QKeySequence::Copy,
+                                                           QKeySequence::Paste,
+                                                           QKeySequence::SelectAll,
+                                                           QKeySequence::Delete,
+                                                           QKeySequence::DeleteStartOfWord,
+                                                           QKeySequence::DeleteEndOfWord,
+                                                           QKeySequence::DeleteEndOfLine,
+                                                           QKeySequence::DeleteCompleteLine};
+  if (Types(event) || (severalLines && IsEnter(event)))
+    return true;
+  if (std::ranges::any_of(kEditing, [&](QKeySequence::StandardKey key) { return event.matches(key); }))
+    return true;
+  switch (event.key()) {
+  case Qt::Key_Left:
+  case Qt::Key_Right:
+  case Qt::Key_Up:
+  case Qt::Key_Down:
+  case Qt::Key_Home:
+  case Qt::Key_End:
+  case Qt::Key_PageUp:
+  case Qt::Key_PageDown:
+  case Qt::Key_Backspace:
+  case Qt::Key_Delete:
+    return !(event.modifiers() & (Qt::AltModifier | Qt::MetaModifier));
+  default:
+    return false;
+  }
+}
+
+bool TextWidget::RunDefaultKey(const QKeyEvent& event) {
+  const toolkit::WidgetScope scope;
+  if (IsTab(event)) {
+    if (event.modifiers() & kCommandModifiers)
+      return false;
+    const bool backwards = event.key() == Qt::Key_Backtab || (event.modifiers() & Qt::ShiftModifier);
+    QWidget* const next = toolkit::NextTabStop(this, backwards);
+    if (next)
+      toolkit::MoveFocus(next, backwards ? ui::kFocusChange_GoBack : ui::kFocusChange_Advance);
+    return next != nullptr;
+  }
+  if (isReadOnly())
+    return false;
+  if (IsEnter(event)) {
+    if (mOwner.severalLines)
+      InsertShown(QString(QChar::ParagraphSeparator));
+    return mOwner.severalLines;
+  }
+  if (Types(event)) {
+    InsertShown(event.text());
+    return true;
+  }
+  QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text(), event.isAutoRepeat(),
+                 static_cast<quint16>(event.count()));
+  QTextEdit::keyPressEvent(&copy);
+  return copy.isAccepted();
+}
+
+void TextWidget::InsertShown(const QString& text) {
+  QTextCursor cursor = textCursor();
+  cursor.insertText(text);
+  // The change may have taken the node away, or the caret elsewhere.
+  if (mOwner.node)
+    ensureCursorVisible();
+}
+
+bool TextWidget::event(QEvent* event) {
+  const toolkit::EventScope scope;
+  // Before QWidget takes Tab for itself and before the toolkit's own idea of editing shortcuts.
+  if (mOwner.node && toolkit::DispatchKeyEvent(*mOwner.node, *event))
+    return true;
+  return QTextEdit::event(event);
+}
+
+bool TextWidget::viewportEvent(QEvent* event) {
+  const toolkit::EventScope scope;
+  return QTextEdit::viewportEvent(event);
+}
+
+void TextWidget::inputMethodEvent(QInputMethodEvent* event) {
+  const toolkit::WidgetScope scope;
+  QTextEdit::inputMethodEvent(event);
+}
+
+QMimeData* TextWidget::createMimeDataFromSelection() const {
+  auto* data = new QMimeData;
+  if (!mOwner.text)
+    return data;
+  const QTextCursor cursor = textCursor();
+  const std::size_t start = mOwner.text->FromShown(static_cast<std::size_t>(cursor.selectionStart()));
+  const std::size_t end = mOwner.text->FromShown(static_cast<std::size_t>(cursor.selectionEnd()));
+  data->setText(toolkit::ToQt(std::u16string_view(mOwner.text->Get()).substr(start, end - start)));
+  return data;
+}
+
+bool TextWidget::canInsertFromMimeData(const QMimeData* source) const {
+  return source && source->hasText();
+}
+
+void TextWidget::insertFromMimeData(const QMimeData* source) {
+  if (!source || !source->hasText() || isReadOnly())
+    return;
+  const UString text = toolkit::FromQt(source->text());
+  InsertShown(toolkit::ToQt(mOwner.severalLines ? LineEndText::WithCRLF(text) : LineEndText::OnOneLine(text)));
+}
+
+} // namespace zebui::controls
