@@ -1,0 +1,187 @@
+#include <algorithm>
+
+#include "Captions/contracts/CaptioningRenderableModel.h"
+#include "Captions/pane/CaptionsPane.h"
+#include "Captions/pane/CaptionsTextEdit.h"
+#include "Captions/pane/PaneMeasures.h"
+#include "Captions/pane/Thumbnail.h"
+#include "MF/VideoFrame.h"
+#include "UIF/Drawing.h"
+#include "zebcore/Localizer.h"
+#include "zebui/Skin.h"
+
+namespace Captivo {
+
+namespace {
+
+constexpr int kSelectionBandHeight = 74;
+constexpr int kGap = 5; // from thumbnail to labels, from labels to timecodes
+constexpr int kExtraLabelWidth = 5;
+constexpr int kLineHeight = 17; // of labels and timecodes
+constexpr int kTimecodeWidth = 80;
+constexpr int kFirstLineTop = 5; // in the row
+constexpr int kSecondLineTop = 53;
+constexpr int kTextGap = 10;
+constexpr int kTextHeight = 65;
+constexpr int kTextRightMargin = 5;
+constexpr int kFirstRowTop = 1;
+constexpr int kPlainTextInset = 3;
+constexpr int kPlainTextHeight = 58;
+constexpr int kOpaque = 255;
+constexpr int kAntiAliasing_Smooth = 1;
+
+UString Localize(const char* key) {
+  return zebcore::config::Localizer::Get().Localize(key);
+}
+
+UIF::Color GetDividerColor() {
+  const auto id = zebui::skins::core::utilities::GetDividerColorID(nullptr);
+  return UIF::ZEBConversionUtilities::ZEBColorRGBAtoKSLColor(zebui::ui::GetColor(id));
+}
+
+} // namespace
+
+// Horizontal places, and what all rows of one pass are painted with.
+struct CaptionsPane::RowGeometry {
+  UIF::Font font;
+  UString inLabel;
+  UString outLabel;
+  UIF::Color bandColor;
+  UIF::Color labelColor;
+  UIF::Color dividerColor;
+  RectT<int> client;
+  int labelX;
+  int labelWidth;
+  int timecodeX;
+  int textX;
+  int textWidth;
+};
+
+void CaptionsPane::SetScrollOffset(unsigned pixels) {
+  if (IsUnavailable() && list->GetRowCount() != 0)
+    return;
+  scrollOffset = pixels / kRowHeight * kRowHeight;
+  UpdateVisibleRows();
+  Invalidate();
+}
+
+void CaptionsPane::UpdateVisibleRows() {
+  if (list->GetRowCount() == 0)
+    return;
+  const int lastRow = static_cast<int>(list->GetRowCount()) - 1;
+  const int top = static_cast<int>(scrollOffset / kRowHeight);
+  const int bottom = top - 1 + (ClientRect().height + kRowHeight - 1) / kRowHeight;
+  const int first = std::clamp(top, 0, lastRow);
+  const int last = std::clamp(bottom, 0, lastRow);
+
+  boost::shared_ptr<CaptionsItem> item;
+  if (firstVisibleRow != -1) {
+    lastVisibleRow = std::min(lastVisibleRow, lastRow);
+    for (int index = firstVisibleRow; index <= lastVisibleRow; ++index) {
+      if ((index < first || index > last) && list->GetRowAtIndex(index, item))
+        item->DestroyControls();
+    }
+  }
+  for (int index = first; index <= last; ++index) {
+    if (!list->GetRowAtIndex(index, item))
+      continue;
+    if (!item->HasControls()) {
+      item->CreateControls();
+      RequestPreview(GetLastFrameTime(item->GetEndTime()), source);
+    }
+    item->SyncFromCaption();
+    item->UpdateTimeDisplay();
+  }
+  firstVisibleRow = first;
+  lastVisibleRow = last;
+}
+
+void CaptionsPane::PaintSelf(UIF::DC& dc) {
+  const auto surface = dc.GetDrawbot();
+  dc.FillRect(ClientRect(), UIF::ColorManager::GetColor(UIF::kColor_WindowBackground), kOpaque);
+  surface->SetAntiAliasing(kAntiAliasing_Smooth);
+
+  const RowGeometry geometry = ComputeRowGeometry();
+  const int rowCount = static_cast<int>(list->GetRowCount());
+  // The list may have shrunk since the rows in view were last worked out.
+  if (lastVisibleRow >= rowCount)
+    lastVisibleRow = rowCount == 0 ? -2 : rowCount - 1;
+  int rowTop = geometry.client.y + kFirstRowTop;
+  boost::shared_ptr<CaptionsItem> item;
+  for (int index = firstVisibleRow; index <= lastVisibleRow; ++index) {
+    if (!list->GetRowAtIndex(index, item))
+      continue;
+    PaintRow(dc, *item, index, geometry, rowTop);
+    rowTop += kRowHeight;
+  }
+}
+
+CaptionsPane::RowGeometry CaptionsPane::ComputeRowGeometry() const {
+  RowGeometry geometry{UIF::Font::GetFont(UIF::kFont_Normal),
+                       Localize("$$$/Vidra/Handlers/CaptionView/inLabel=In:"),
+                       Localize("$$$/Vidra/Handlers/CaptionView/outLabel=Out:"),
+                       UIF::ColorManager::GetColor(UIF::kColor_ReversibleGray),
+                       UIF::ColorManager::GetColor(UIF::kColor_ReversibleBlack),
+                       GetDividerColor(),
+                       ClientRect(),
+                       0,
+                       0,
+                       0,
+                       0,
+                       0};
+  const float labelWidth =
+      std::max(geometry.font.StringWidth(geometry.inLabel), geometry.font.StringWidth(geometry.outLabel));
+  RectT<int> thumbnail = Thumbnail::kDefaultRect;
+  if (const auto video = source.GetVideoClip())
+    thumbnail = Thumbnail::GetSourceRect(video->GetFrameRect(), video->GetPixelAspectRatio());
+  const RectT<int> target = Thumbnail::GetTargetRect(thumbnail, {geometry.client.x, geometry.client.y});
+
+  geometry.labelX = target.Right() + kGap;
+  geometry.labelWidth = static_cast<int>(labelWidth) + kExtraLabelWidth;
+  geometry.timecodeX = static_cast<int>(static_cast<float>(geometry.labelX) + labelWidth + kGap);
+  geometry.textX = geometry.timecodeX + kTimecodeWidth + kTextGap;
+  geometry.textWidth = geometry.client.Right() - kTextRightMargin - geometry.textX;
+  return geometry;
+}
+
+// Back to front.
+void CaptionsPane::PaintRow(UIF::DC& dc, CaptionsItem& item, int index, const RowGeometry& geometry, int rowTop) {
+  const RectT<int>& client = geometry.client;
+  if (list->IsSelected(item.GetBeginTime()))
+    dc.FillRect({client.x, rowTop + 1, client.width, kSelectionBandHeight}, geometry.bandColor, kOpaque);
+
+  const auto drawLabel = [&](const UString& label, int top) {
+    const RectT<int> rect{geometry.labelX, rowTop + top, geometry.labelWidth, kLineHeight};
+    dc.DrawString(geometry.font, rect, label, geometry.labelColor, UIF::kAlign_Right, UIF::kVerticalAlignment_Center,
+                  UIF::kTruncate_End, false);
+  };
+  drawLabel(geometry.inLabel, kFirstLineTop);
+  drawLabel(geometry.outLabel, kSecondLineTop);
+  PlaceControls(item, geometry, rowTop);
+
+  if (!item.GetTextEdit()) {
+    const auto surface = dc.GetDrawbot();
+    surface->SaveState();
+    surface->Clip({static_cast<float>(geometry.textX), static_cast<float>(rowTop + kFirstLineTop + kPlainTextInset),
+                   static_cast<float>(geometry.textWidth), static_cast<float>(kPlainTextHeight)});
+    surface->RestoreState();
+  }
+  if (index != lastVisibleRow) {
+    const int y = rowTop + kRowHeight;
+    dc.DrawLine({client.x, y}, {client.Right(), y}, geometry.dividerColor, 1, kOpaque);
+  }
+}
+
+void CaptionsPane::PlaceControls(CaptionsItem& item, const RowGeometry& geometry, int rowTop) {
+  if (!item.HasControls())
+    return;
+  item.GetInControl().SetBounds({geometry.timecodeX, rowTop + kFirstLineTop, kTimecodeWidth, kLineHeight});
+  item.GetInControl().Show(true);
+  item.GetOutControl().SetBounds({geometry.timecodeX, rowTop + kSecondLineTop, kTimecodeWidth, kLineHeight});
+  item.GetOutControl().Show(true);
+  item.GetTextEdit()->UI_SetLocalRectF({static_cast<float>(geometry.textX), static_cast<float>(rowTop + kFirstLineTop),
+                                        static_cast<float>(geometry.textWidth), static_cast<float>(kTextHeight)});
+  item.GetTextEdit()->UI_Show(true);
+}
+
+} // namespace Captivo
