@@ -119,5 +119,8 @@ public:
 zebcore::classref::InterfaceRef<IBackend> GetBackend();
 // For tests: a backend without a preference store, or (true) with it again.
 void SetPreferencesAvailable(bool available);
+// For tests and for drives: from now on preferences are neither read from the user's file nor written to it, and none is
+// set.
+void SetPreferencesInMemory();
 
 } // namespace BE

@@ -86,7 +86,7 @@ public:
   virtual std::optional<Problem> GetStorageProblem() const = 0;
   virtual void SetStorageProblemListener(std::function<void(const std::optional<Problem>&)> listener) = 0;
 
-  // Bin. Order is that of adding.
+  // Bin. Order is that of adding. Removing a clip, with its streams, is an undoable step; adding is not.
   virtual InterfaceRef<MasterClip> AddClip(const UString& name, const std::filesystem::path& media,
                                            const MediaInfo& info, bool merged) = 0;
   virtual void RemoveClip(const InterfaceRef<MasterClip>& clip) = 0;
@@ -103,7 +103,8 @@ public:
                                              const std::vector<SequenceItem>& items) = 0;
   virtual std::vector<InterfaceRef<Sequence>> GetSequences() const = 0;
 
-  // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem.
+  // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem, and so is any
+  // change of captions or streams in a read-only project, where those that report no problem do nothing.
   virtual Result<InterfaceRef<CaptioningStream>> AddStream(const InterfaceRef<MasterClip>& clip,
                                                            const StreamDescription& description,
                                                            const std::vector<NewCaption>& captions,
@@ -113,14 +114,17 @@ public:
                                                     const UString& stepName) = 0;
   virtual InterfaceRef<CaptioningStream> FindStream(const std::string& id) const = 0;
 
-  // Edits from elsewhere in the host: one undoable step each, reported at once. Open changes are committed first.
+  // Edits from elsewhere in the host: one undoable step each, reported at once. Open changes are committed first. Of a
+  // delta the key and after count: before is what the stream holds. A null key names a caption to be added, which gets a
+  // key; age 0 makes it the newest. Keys that name none and deltas that change nothing are left out.
   virtual void EditCaptions(const InterfaceRef<CaptioningStream>& stream, const std::vector<CaptionDelta>& deltas,
                             const UString& stepName) = 0;
   // Every caption that begins in [from, to] is moved by offset.
   virtual void ShiftCaptions(const InterfaceRef<CaptioningStream>& stream, TickTime from, TickTime to, TickTime offset,
                              const UString& stepName) = 0;
 
-  // The history. Both commit what is open first, by HSL::CaptionCommitEditsMessage and by themselves.
+  // The history. Undo and redo commit what is open first, by HSL::CaptionCommitEditsMessage and by themselves, and do
+  // nothing in a read-only project. What is open is no step yet: it is not among the names, though it can be undone.
   virtual bool CanUndo() const = 0;
   virtual bool CanRedo() const = 0;
   // Newest first for undo, next first for redo.
@@ -128,7 +132,9 @@ public:
   virtual std::vector<UString> GetRedoNames() const = 0;
   virtual bool Undo() = 0;
   virtual bool Redo() = 0;
-  // Called after the history changed in any way.
+  // The name of the step that committing what is open would make: undo would take that back first. Nothing if none.
+  virtual std::optional<UString> GetOpenChangeName() const = 0;
+  // Called after the history, or what is open, changed in any way.
   virtual void SetHistoryListener(std::function<void()> listener) = 0;
 
   // Closes every open change of every updater.

@@ -1,0 +1,334 @@
+#include "BE/StreamObject.h"
+
+#include "BE/ProjectObject.h"
+
+namespace BE {
+
+namespace {
+
+using zebcaptioning::CaptionState;
+using zebcaptioning::CaptionStatePtr;
+
+// For pictures of clips that have none of their own.
+constexpr int kDefaultFrameWidth = 1920;
+constexpr int kDefaultFrameHeight = 1080;
+
+// The style waiting at the caret is in no picture.
+bool LooksSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
+  if (!a || !b)
+    return a == b;
+  return a == b || (a->begin == b->begin && a->end == b->end && a->text == b->text && a->paragraph == b->paragraph &&
+                    a->runs == b->runs);
+}
+
+} // namespace
+
+CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight) {
+  auto* measured = new CaptionState(state);
+  measured->paragraph.lineWidth = lineWidth;
+  measured->paragraph.blockHeight = blockHeight;
+  return measured;
+}
+
+StreamObject::StreamObject(ProjectObject* project, ClipObject* clip, std::string id, StreamRecord record)
+    : mProject(project), mClip(clip), mID(std::move(id)), mRecord(std::move(record)),
+      mStation(std::string_view("stream:" + mID)), mGuid(zebcore::utility::Guid::Random()),
+      mKeyTag(zebcore::utility::Guid::Random().high | 1) {}
+
+std::size_t StreamObject::GetCaptionCount() const { return mByKey.size(); }
+
+void StreamObject::GetCaptionKeys(std::vector<CaptionKey>& keys) const {
+  keys.clear();
+  keys.reserve(mByPlace.size());
+  for (const auto& [place, key] : mByPlace)
+    keys.push_back(key);
+}
+
+StreamObject::CaptionPtr StreamObject::GetCaption(const CaptionKey& key) const {
+  const auto found = mByKey.find(key);
+  return found == mByKey.end() ? nullptr : found->second.caption;
+}
+
+void StreamObject::GetCaptions(std::vector<CaptionPtr>& captions) const {
+  captions.clear();
+  captions.reserve(mByPlace.size());
+  for (const auto& [place, key] : mByPlace)
+    captions.push_back(GetCaption(key));
+}
+
+// CEA-708 counts fewer columns on a 4:3 picture.
+bool StreamObject::IsStandardAspect() const {
+  if (!mClip || mClip->GetMediaInfo().height <= 0)
+    return false;
+  const MediaInfo& info = mClip->GetMediaInfo();
+  return info.width * info.pixelAspect.ToDouble() / info.height < 1.5;
+}
+
+void StreamObject::GetDisplaySettings(const TickTime&, zebcaptioning::CaptionDisplaySettings& settings) const {
+  const StreamFormat format = GetStreamFormat();
+  if (!zebcaptioning::IsOpenCaptions(format)) {
+    settings.SetRegionBaseDimensions(format, zebcaptioning::GetCaptionColumns(format, IsStandardAspect()),
+                                     zebcaptioning::GetCaptionRows(format));
+    return;
+  }
+  const bool hasPicture = mClip && mClip->GetMediaInfo().width > 0;
+  settings.SetRegionBaseDimensions(format, hasPicture ? mClip->GetMediaInfo().width : kDefaultFrameWidth,
+                                   hasPicture ? mClip->GetMediaInfo().height : kDefaultFrameHeight);
+}
+
+boost::intrusive_ptr<zebcaptioning::CaptioningRenderableModel>
+StreamObject::GetRenderableModel(const TickTime& time) const {
+  if (!zebcaptioning::IsOpenCaptions(GetStreamFormat()))
+    return nullptr;
+  std::vector<CaptionStatePtr> shown;
+  for (const CaptionPtr& caption : FindAt(time))
+    shown.push_back(caption->GetState());
+  if (shown.empty())
+    return nullptr;
+  zebcaptioning::CaptionDisplaySettings settings;
+  GetDisplaySettings(time, settings);
+  int width = 0;
+  int height = 0;
+  settings.GetRegionBaseDimensions(width, height);
+  return new zebcaptioning::CaptioningRenderableModel(std::move(shown), width, height);
+}
+
+InterfaceRef<MasterClip> StreamObject::GetMasterClip() const { return InterfaceRef<MasterClip>(mClip); }
+
+const std::pair<const StreamObject::Place, StreamObject::CaptionKey>* StreamObject::FindNewest(TickTime begin) const {
+  auto after = mByPlace.upper_bound({begin, std::numeric_limits<std::uint64_t>::max()});
+  if (after == mByPlace.begin())
+    return nullptr;
+  --after;
+  return after->first.first == begin ? &*after : nullptr;
+}
+
+StreamObject::CaptionPtr StreamObject::FindByBegin(TickTime begin) const {
+  const auto* newest = FindNewest(begin);
+  return newest ? GetCaption(newest->second) : nullptr;
+}
+
+std::optional<ICaptioningStream::CaptionKey> StreamObject::FindKeyByBegin(TickTime begin) const {
+  const auto* newest = FindNewest(begin);
+  return newest ? std::optional<CaptionKey>(newest->second) : std::nullopt;
+}
+
+std::vector<StreamObject::CaptionPtr> StreamObject::FindAt(TickTime time) const {
+  std::vector<CaptionPtr> shown;
+  for (const auto& [place, key] : mByPlace) {
+    if (place.first > time)
+      break;
+    const CaptionPtr caption = GetCaption(key);
+    if (caption->GetEndTime() > time)
+      shown.push_back(caption);
+  }
+  return shown;
+}
+
+void StreamObject::SetBusy(bool busy) { mBusy = std::max(0, mBusy + (busy ? 1 : -1)); }
+
+std::shared_ptr<OpenChange> StreamObject::BeginChange() {
+  return std::make_shared<OpenChangeObject>(InterfaceRef<StreamObject>(this));
+}
+
+void StreamObject::WriteMeasures(const std::vector<Measure>& measures) {
+  std::vector<StoredCaption> measured;
+  for (const Measure& measure : measures) {
+    const auto found = mByKey.find(measure.key);
+    if (found == mByKey.end())
+      continue;
+    const CaptionPtr& caption = found->second.caption;
+    const auto& paragraph = caption->GetState()->paragraph;
+    if (paragraph.lineWidth == measure.lineWidth && paragraph.blockHeight == measure.blockHeight)
+      continue;
+    caption->SetState(WithMeasure(*caption->GetState(), measure.lineWidth, measure.blockHeight));
+    measured.push_back({measure.key, found->second.age, caption->GetState()});
+    if (!mProject)
+      continue;
+    for (OpenChangeObject* change : mProject->GetOpenChanges()) {
+      if (change->GetStream().Get() == this)
+        change->TakeMeasure(measure.key, measure.lineWidth, measure.blockHeight);
+    }
+  }
+  if (!mProject || measured.empty())
+    return;
+  mProject->GetStorage().Write([number = GetNumber(), measured = std::move(measured)](ProjectFile& file) {
+    for (const StoredCaption& caption : measured)
+      file.PutCaption(number, caption.key, caption.age, *caption.state);
+  });
+}
+
+void StreamObject::SetFormat(StreamFormat format) {
+  mRecord.description.format = format;
+  RenewGuid();
+}
+
+void StreamObject::Detach() {
+  mProject = nullptr;
+  mClip = nullptr;
+}
+
+void StreamObject::RenewGuid() { mGuid = zebcore::utility::Guid::Random(); }
+
+void StreamObject::Load(const std::vector<StoredCaption>& captions) {
+  mLoaded = true;
+  for (const StoredCaption& caption : captions)
+    Put(caption.key, caption.age, caption.state);
+}
+
+StoredCaption StreamObject::MakeStoredCaption(const CaptionStatePtr& state) {
+  const std::uint64_t age = mNextAge++;
+  return {CaptionKey{mKeyTag, age}, age, state};
+}
+
+void StreamObject::Put(const CaptionKey& key, std::uint64_t age, const CaptionStatePtr& state, const CaptionPtr& made) {
+  mNextAge = std::max(mNextAge, age + 1);
+  Entry& entry = mByKey[key];
+  if (entry.caption) {
+    mByPlace.erase({entry.caption->GetBeginTime(), entry.age});
+    entry.caption->SetState(state);
+  } else {
+    entry.age = age;
+    entry.caption = made ? made : CaptionPtr(new zebcaptioning::Caption(state));
+  }
+  mByPlace[{state->begin, entry.age}] = key;
+}
+
+void StreamObject::Take(const CaptionKey& key) {
+  const auto found = mByKey.find(key);
+  if (found == mByKey.end())
+    return;
+  mByPlace.erase({found->second.caption->GetBeginTime(), found->second.age});
+  mByKey.erase(found);
+}
+
+std::vector<CaptionDelta> StreamObject::Resolve(const std::vector<CaptionDelta>& deltas) {
+  std::vector<CaptionDelta> resolved;
+  std::map<CaptionKey, std::size_t> places;
+  for (const CaptionDelta& delta : deltas) {
+    CaptionDelta real = delta;
+    const auto held = mByKey.find(delta.key);
+    if (held != mByKey.end()) {
+      real.age = held->second.age;
+      real.before = held->second.caption->GetState();
+    } else if (delta.key == CaptionKey{} || !delta.before) {
+      real.before = nullptr;
+      if (real.age == 0)
+        real.age = mNextAge;
+      mNextAge = std::max(mNextAge, real.age + 1);
+      if (delta.key == CaptionKey{})
+        real.key = CaptionKey{mKeyTag, real.age};
+    } else {
+      continue;
+    }
+    const auto [place, isFirst] = places.try_emplace(real.key, resolved.size());
+    if (isFirst)
+      resolved.push_back(std::move(real));
+    else
+      resolved[place->second].after = real.after;
+  }
+  std::erase_if(resolved, [](const CaptionDelta& delta) {
+    return delta.before == delta.after || (delta.before && delta.after && *delta.before == *delta.after);
+  });
+  return resolved;
+}
+
+std::vector<CaptionDelta> StreamObject::MakeShiftDeltas(TickTime from, TickTime to, TickTime offset) const {
+  std::vector<CaptionDelta> deltas;
+  for (auto at = mByPlace.lower_bound({from, 0}); at != mByPlace.end() && at->first.first <= to; ++at) {
+    const CaptionStatePtr before = GetCaption(at->second)->GetState();
+    auto* after = new CaptionState(*before);
+    after->begin = before->begin + offset;
+    after->end = before->end + offset;
+    deltas.push_back({at->second, at->first.second, before, after});
+  }
+  return deltas;
+}
+
+std::vector<CaptionDelta> StreamObject::MakeFormatDeltas(StreamFormat) const { return {}; }
+
+CaptionReport StreamObject::Apply(const std::vector<CaptionDelta>& deltas, bool forward, const CaptionPtr& made) {
+  struct Shown {
+    CaptionPtr caption;
+    CaptionStatePtr state;
+  };
+  std::map<TickTime, Shown> before;
+  bool looksSame = true;
+  for (const CaptionDelta& delta : deltas) {
+    looksSame = looksSame && LooksSame(delta.before, delta.after);
+    for (const CaptionStatePtr& state : {delta.before, delta.after}) {
+      if (state)
+        before.try_emplace(state->begin);
+    }
+  }
+  for (auto& [begin, shown] : before) {
+    shown.caption = FindByBegin(begin);
+    if (shown.caption)
+      shown.state = shown.caption->GetState();
+  }
+  for (const CaptionDelta& delta : deltas) {
+    const CaptionStatePtr& state = forward ? delta.after : delta.before;
+    if (state)
+      Put(delta.key, delta.age, state, made);
+    else
+      Take(delta.key);
+  }
+  if (!looksSame)
+    RenewGuid();
+
+  CaptionReport report;
+  for (const auto& [begin, shown] : before) {
+    const CaptionPtr now = FindByBegin(begin);
+    if (!shown.caption) {
+      if (now)
+        report.added.captions.emplace_back(Self(), now);
+      continue;
+    }
+    if (now != shown.caption)
+      report.removed.captions.emplace_back(Self(), begin);
+    const bool isChanged = now && (now != shown.caption || !(*now->GetState() == *shown.state));
+    if (isChanged)
+      report.changed.captions.emplace_back(Self(), now);
+  }
+  return report;
+}
+
+InterfaceRef<ICaptioningStream> StreamObject::Self() const {
+  return InterfaceRef<ICaptioningStream>(const_cast<StreamObject*>(this));
+}
+
+void StreamObject::Send(const CaptionReport& report) const {
+  if (!report.added.captions.empty())
+    zebcore::messaging::BroadcastMessage(mStation, report.added);
+  if (!report.removed.captions.empty())
+    zebcore::messaging::BroadcastMessage(mStation, report.removed);
+  if (!report.changed.captions.empty())
+    zebcore::messaging::BroadcastMessage(mStation, report.changed);
+}
+
+void StreamObject::SendAsTheyAre(const std::vector<CaptionDelta>& refused) const {
+  std::map<TickTime, CaptionPtr> shown;
+  for (const CaptionDelta& delta : refused) {
+    const CaptionPtr held = GetCaption(delta.key);
+    for (const CaptionStatePtr& state : {held ? held->GetState() : nullptr, delta.before, delta.after}) {
+      if (state)
+        shown.emplace(state->begin, FindByBegin(state->begin));
+    }
+  }
+  CaptionReport report;
+  for (const auto& [begin, caption] : shown) {
+    if (caption)
+      report.added.captions.emplace_back(Self(), caption);
+    else
+      report.removed.captions.emplace_back(Self(), begin);
+  }
+  Send(report);
+}
+
+void StreamObject::SendStreamChanged() const {
+  CaptioningStreamChangedMessage message;
+  message.stream = Self();
+  zebcore::messaging::BroadcastMessage(mStation, message);
+}
+
+} // namespace BE
