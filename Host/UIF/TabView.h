@@ -20,6 +20,8 @@ public:
   virtual void Destroy(DestroyFlags flags);
 
   void Show(bool show) override;
+  // Shown itself, in a frame that is shown.
+  bool IsShown() const override;
   bool IsFrontMost() const;
   void BringToFront(bool activate, bool animate);
   // The user's focus is in the view, so that it is on duty.

@@ -90,8 +90,13 @@ public:
   bool DispatchMousePan(const PointT<int>& point, const PointT<int>& delta);
   // key codes: see KeyDownSelf.
   bool DispatchKeyDown(wchar_t character, short keyCode, bool repeat);
+  bool DispatchKeyUp(wchar_t character, short keyCode);
+  bool DispatchCharacterInput(wchar_t character);
+  void DispatchMouseMove(const PointT<int>& point, const KeyModifiers& modifiers);
+  void DispatchMouseLeave();
   void DispatchPaint(DC& dc);
   bool DispatchTimer(std::uint32_t id);
+  void DispatchFocus(bool gained);
 
 protected:
   virtual void CreateSelf(const RectT<int>& bounds);

@@ -52,6 +52,9 @@ public:
   virtual void BringToFront() = 0;
   virtual bool IsFrontMost() const = 0;
   virtual void StackedDimensionsChanged() {}
+  // Whether a view that was made here gets its first SetBounds at once; else the bounds of creation hold until the
+  // frame's container is resized.
+  virtual bool LaysOutNewViews() const { return true; }
 };
 
 // The arrangement of panels. Null until the program has made one.

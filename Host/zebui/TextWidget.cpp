@@ -172,14 +172,14 @@ void TextWidget::inputMethodEvent(QInputMethodEvent* event) {
 }
 
 QMimeData* TextWidget::createMimeDataFromSelection() const {
-  auto* data = new QMimeData;
+  auto* copied = new QMimeData;
   if (!mOwner.text)
-    return data;
+    return copied;
   const QTextCursor cursor = textCursor();
   const std::size_t start = mOwner.text->FromShown(static_cast<std::size_t>(cursor.selectionStart()));
   const std::size_t end = mOwner.text->FromShown(static_cast<std::size_t>(cursor.selectionEnd()));
-  data->setText(toolkit::ToQt(std::u16string_view(mOwner.text->Get()).substr(start, end - start)));
-  return data;
+  copied->setText(toolkit::ToQt(std::u16string_view(mOwner.text->Get()).substr(start, end - start)));
+  return copied;
 }
 
 bool TextWidget::canInsertFromMimeData(const QMimeData* source) const {
