@@ -25,7 +25,7 @@ struct Problem {
 
 struct ReadResult {
   FileKind kind = FileKind::Unknown;
-  std::string encoding; // "UTF-8", "UTF-16LE", "UTF-16BE", "windows-1252", "ISO-8859-1"
+  std::string encoding;                                 // "UTF-8", "UTF-16LE", "UTF-16BE", "windows-1252", "ISO-8859-1"
   std::vector<zebcaptioning::CaptionStatePtr> captions; // by begin time, then as in the file
   std::vector<Problem> problems;
   std::string error; // the file as a whole is no caption file, or is empty: why; empty if it could be read
@@ -33,7 +33,7 @@ struct ReadResult {
 };
 
 struct WriteResult {
-  std::string bytes; // UTF-8 without byte order mark
+  std::string bytes;             // UTF-8 without byte order mark
   std::vector<Problem> problems; // line: that of the cue in the written file
 };
 
