@@ -63,6 +63,10 @@ public:
   void SelectNothing();
   void RepeatSelection();
   InterfaceRef<BE::MasterClip> GetSelectedClip() const { return mSelectedClip; }
+  // Out of the bin, with its streams. Panels hear that it was closed.
+  void RemoveClip(const InterfaceRef<BE::MasterClip>& clip);
+  // Asks panels to show this stream of the selected clip.
+  void SelectStream(const InterfaceRef<BE::CaptioningStream>& stream);
   void OpenCaptions(); // MZ::ClosedCaptionsOpenedMessage
 
   bool Undo();
@@ -71,6 +75,8 @@ public:
 private:
   Session();
   std::optional<Problem> Replace(Result<InterfaceRef<BE::Project>> next);
+  // What is open in the panel and anywhere else becomes a step of the history.
+  void Commit();
 
   InterfaceRef<BE::Project> mProject;
   InterfaceRef<BE::MasterClip> mSelectedClip;

@@ -1,0 +1,207 @@
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QLocale>
+#include <QStyleFactory>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "App/Session.h"
+#include "App/session/Sample.h"
+#include "App/window/Icons.h"
+#include "App/window/Labels.h"
+#include "App/window/MainWindow.h"
+#include "App/window/ProblemsWindow.h"
+#include "App/window/Settings.h"
+#include "HSL/Module.h"
+#include "UIF/Dialogs.h"
+#include "UIF/Theme.h"
+#include "zebcore/Localizer.h"
+#include "zebcore/Log.h"
+#include "zebui/EventLoop.h"
+
+namespace {
+
+constexpr QSize kDefaultSize{1240, 760};
+constexpr int kUnusable = 2;
+
+struct Options {
+  QString picture; // empty to open a window
+  std::optional<QSize> size;
+  std::optional<bool> dark;
+  std::string language;
+  int select = 0;
+  std::vector<std::filesystem::path> files;
+};
+
+std::optional<QSize> ParseSize(const QString& text) {
+  const QStringList parts = text.split(u'x');
+  if (parts.size() != 2 || parts[0].toInt() <= 0 || parts[1].toInt() <= 0)
+    return std::nullopt;
+  return QSize(parts[0].toInt(), parts[1].toInt());
+}
+
+[[noreturn]] void Refuse(const char* what) {
+  std::fprintf(stderr, "captivo: %s; see captivo --help\n", what);
+  std::exit(kUnusable);
+}
+
+Options ReadOptions(const QApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral(
+      "Opens a project, or media and caption files as a new project; with no file, the sample project."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption picture(QStringLiteral("picture"), QStringLiteral("Render the window into a PNG."),
+                                   QStringLiteral("path"));
+  const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Size of the window."), QStringLiteral("WxH"));
+  const QCommandLineOption theme(QStringLiteral("theme"), QStringLiteral("light or dark."), QStringLiteral("name"));
+  const QCommandLineOption language(QStringLiteral("language"), QStringLiteral("en or de."), QStringLiteral("code"));
+  const QCommandLineOption select(QStringLiteral("select"), QStringLiteral("Select the Nth clip."),
+                                  QStringLiteral("N"));
+  parser.addOptions({picture, size, theme, language, select});
+  parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Projects, media and caption files."),
+                               QStringLiteral("[file...]"));
+  parser.process(application);
+
+  Options options;
+  options.picture = parser.value(picture);
+  if (parser.isSet(picture) && options.picture.isEmpty())
+    Refuse("--picture needs a path");
+  options.size = ParseSize(parser.value(size));
+  if (parser.isSet(size) && !options.size)
+    Refuse("--size is width and height, as in 1280x800");
+  if (parser.isSet(theme)) {
+    if (parser.value(theme) != QLatin1String("light") && parser.value(theme) != QLatin1String("dark"))
+      Refuse("--theme is light or dark");
+    options.dark = parser.value(theme) == QLatin1String("dark");
+  }
+  options.language = parser.value(language).toStdString();
+  options.select = parser.value(select).toInt();
+  if (parser.isSet(select) && options.select < 1)
+    Refuse("--select is the number of a clip, from 1");
+  for (const QString& file : parser.positionalArguments())
+    options.files.emplace_back(file.toStdString());
+  return options;
+}
+
+// The one asked for, else the one chosen in the program, else that of the system.
+void ChooseLanguage(const std::string& asked) {
+  auto& localizer = zebcore::config::Localizer::Get();
+  const std::string system = QLocale::system().name().section(u'_', 0, 0).toStdString();
+  for (const std::string& language : {asked, App::settings::GetLanguage(), system, std::string("en")})
+    if (!language.empty() && localizer.SetLanguage(language))
+      return;
+}
+
+// Without a sample, or with one that cannot be opened, there is still a project to work in.
+std::optional<App::Problem> OpenSomething() {
+  std::optional<App::Problem> problem = App::OpenSampleProject();
+  if (!App::Session::Instance().GetProject()) {
+    if (const auto second = App::Session::Instance().NewProject())
+      App::Session::Instance().NewProjectInMemory();
+  }
+  return problem;
+}
+
+// Runs the program's events until nothing is left to do that the picture waits for.
+void Settle() {
+  constexpr int kMilliseconds = 700;
+  QEventLoop loop;
+  QTimer::singleShot(kMilliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+class Program {
+ public:
+  explicit Program(Options options) : mOptions(std::move(options)) {}
+
+  int Run() {
+    ChooseLanguage(mOptions.language);
+    HSL::ModuleLoader::LoadAll(HSL::ModuleLoader::GetModuleFolder());
+    if (!mOptions.picture.isEmpty())
+      SayInsteadOfAsking();
+
+    const std::optional<App::Problem> problem = mOptions.files.empty() ? OpenSomething() : std::nullopt;
+    MakeWindow();
+    if (problem)
+      mWindow->Notice(QString::fromStdString(problem->text));
+    if (!mOptions.files.empty())
+      mWindow->OpenFiles(mOptions.files);
+    if (mOptions.select > 0)
+      mWindow->SelectClipByNumber(mOptions.select);
+    const int code = mOptions.picture.isEmpty() ? QApplication::exec() : TakePicture();
+    mWindow.reset();
+    App::Session::Instance().CloseProject();
+    return code;
+  }
+
+ private:
+  void MakeWindow() {
+    UIF::ApplyTheme(mOptions.dark.value_or(App::settings::IsDark()) ? UIF::Theme::Dark : UIF::Theme::Light);
+    mWindow = std::make_unique<App::MainWindow>([this] { QTimer::singleShot(0, [this] { Rebuild(); }); });
+    mWindow->resize(mOptions.size.value_or(kDefaultSize));
+    mWindow->RestoreLayout(mOptions.picture.isEmpty());
+    if (mOptions.size)
+      mWindow->resize(*mOptions.size);
+    mWindow->ShowProject();
+    mWindow->show();
+  }
+
+  // What was asked for on the command line holds until something else is chosen in the window.
+  void Rebuild() {
+    mOptions.dark.reset();
+    mOptions.size.reset();
+    ChooseLanguage({});
+    mWindow->StoreLayout();
+    mWindow->hide();
+    mWindow.reset();
+    MakeWindow();
+  }
+
+  // Nobody is there to press a button.
+  static void SayInsteadOfAsking() {
+    UIF::SetMessageBoxHook([](const UIF::MessageBoxRecord& box) {
+      std::fprintf(stderr, "%s\n", zebcore::ToUTF8(box.text).c_str());
+      return box.defaultResult;
+    });
+    App::SetProblemsPrinted(true);
+  }
+
+  int TakePicture() {
+    Settle();
+    if (!mWindow->grab().save(mOptions.picture, "PNG")) {
+      std::fprintf(stderr, "captivo: the picture could not be written to %s\n", qPrintable(mOptions.picture));
+      return EXIT_FAILURE;
+    }
+    std::printf("%s\n", qPrintable(mOptions.picture));
+    return EXIT_SUCCESS;
+  }
+
+  Options mOptions;
+  std::unique_ptr<App::MainWindow> mWindow;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("captivo"));
+  QApplication::setApplicationDisplayName(QStringLiteral("Captivo"));
+  QApplication::setApplicationVersion(QStringLiteral(CAPTIVO_VERSION));
+  QApplication::setDesktopFileName(QStringLiteral("captivo"));
+  // The window quits when it is closed; one that is made anew does not.
+  QApplication::setQuitOnLastWindowClosed(false);
+  zebui::InstallEventLoop();
+  const int code = Program(ReadOptions(application)).Run();
+  zebui::UninstallEventLoop();
+  return code;
+}

@@ -1,0 +1,109 @@
+#include "App/session/Streams.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "App/Session.h"
+#include "App/session/Conform.h"
+#include "App/session/Text.h"
+#include "zebcaptioning/StreamNumbers.h"
+#include "zebcore/Localizer.h"
+
+namespace App {
+
+using zebcaptioning::CaptionStatePtr;
+using zebcaptioning::StreamFormat;
+
+StreamFormat GetStreamFormat(const std::string& family, int channel) {
+  return zebcaptioning::GetStreamFormat(family, channel);
+}
+
+std::vector<std::string> GetStreamFamilies() {
+  std::vector<std::string> names;
+  for (const zebcaptioning::StreamFamily& family : zebcaptioning::GetStreamFamilies())
+    names.emplace_back(family.name);
+  return names;
+}
+
+std::optional<StreamFormat> FindFreeFormat(const InterfaceRef<BE::MasterClip>& clip, StreamFormat format) {
+  const auto number = zebcaptioning::ReadStreamNumber(format);
+  const auto* family = number ? zebcaptioning::FindStreamFamily(number->family) : nullptr;
+  if (!family)
+    return std::nullopt;
+  std::set<StreamFormat> held;
+  BE::QueryAvailableCaptionStreamFormats(clip, held);
+  if (number->channel > 0 && !held.contains(format))
+    return format;
+  for (int channel = 1; channel <= family->channels; ++channel)
+    if (const StreamFormat free = zebcaptioning::GetStreamFormat(number->family, channel); !held.contains(free))
+      return free;
+  return std::nullopt;
+}
+
+std::vector<CaptionStatePtr> CaptionStates(const InterfaceRef<BE::CaptioningStream>& stream) {
+  std::vector<boost::intrusive_ptr<zebcaptioning::Caption>> captions;
+  stream->GetCaptions(captions);
+  std::vector<CaptionStatePtr> states;
+  states.reserve(captions.size());
+  for (const auto& caption : captions)
+    states.push_back(caption->GetState());
+  return states;
+}
+
+zebcore::UString StepName(std::string_view keyWithDefault) {
+  return zebcore::config::Localizer::Get().Localize(keyWithDefault);
+}
+
+Problem NoClip() {
+  return {Text(
+      "$$$/Vidra/Captivo/Error/NoClip=There is no clip for the captions. Import a media file or select a clip in the "
+      "project first.")};
+}
+
+Problem NoStream() {
+  return {Text("$$$/Vidra/Captivo/Error/NoStream=There is no caption stream. Select one in the project first.")};
+}
+
+Problem NoFreeFormat(const InterfaceRef<BE::MasterClip>& clip, StreamFormat format) {
+  return {Text(
+      "$$$/Vidra/Captivo/Error/NoFreeFormat={1} holds as many streams of the kind of {2} as there can be. Delete one "
+      "or "
+      "choose another format.",
+      {Quoted(zebcore::ToUTF8(clip->GetName())), zebcore::ToUTF8(zebcaptioning::GetFullStreamFormatLabel(format))})};
+}
+
+Result<InterfaceRef<BE::CaptioningStream>> Session::NewStream(const InterfaceRef<BE::MasterClip>& clip,
+                                                              StreamFormat format) {
+  if (!mProject || !clip)
+    return {std::nullopt, NoClip()};
+  BE::StreamDescription description;
+  description.format = format;
+  return mProject->AddStream(clip, description, {}, StepName("$$$/Vidra/Captivo/Step/NewStream=New Stream"));
+}
+
+Result<InterfaceRef<BE::CaptioningStream>> Session::DuplicateStream(const InterfaceRef<BE::CaptioningStream>& stream,
+                                                                    StreamFormat format) {
+  if (!mProject || !stream)
+    return {std::nullopt, NoStream()};
+  Commit();
+  const InterfaceRef<BE::MasterClip> clip = stream->GetMasterClip();
+  BE::StreamDescription description = stream->GetDescription();
+  description.format = format;
+  const Grid from = GridOf(stream);
+  const Grid to = GridOf(format, clip->GetMediaInfo());
+  std::vector<BE::NewCaption> captions;
+  for (const CaptionStatePtr& state : CaptionStates(stream))
+    captions.push_back({Conform(state, from, to)});
+  return mProject->AddStream(clip, description, captions,
+                             StepName("$$$/Vidra/Captivo/Step/DuplicateStream=Duplicate Stream"));
+}
+
+void Session::DeleteStream(const InterfaceRef<BE::CaptioningStream>& stream) {
+  if (!mProject || !stream)
+    return;
+  Commit();
+  mProject->RemoveStream(stream, StepName("$$$/Vidra/Captivo/Step/DeleteStream=Delete Stream"));
+}
+
+} // namespace App

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "BE/Project.h"
+
+// What the session's operations on streams have in common.
+namespace App {
+
+// The format itself if the clip does not hold it, else the first free one of its family.
+std::optional<zebcaptioning::StreamFormat> FindFreeFormat(const BE::InterfaceRef<BE::MasterClip>& clip,
+                                                          zebcaptioning::StreamFormat format);
+
+// The captions of a stream as they are now, in its order.
+std::vector<zebcaptioning::CaptionStatePtr> CaptionStates(const BE::InterfaceRef<BE::CaptioningStream>& stream);
+
+zebcore::UString StepName(std::string_view keyWithDefault);
+
+BE::Problem NoClip();
+BE::Problem NoStream();
+BE::Problem NoFreeFormat(const BE::InterfaceRef<BE::MasterClip>& clip, zebcaptioning::StreamFormat format);
+
+} // namespace App

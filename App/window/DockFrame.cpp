@@ -1,0 +1,54 @@
+#include "App/window/DockFrame.h"
+
+#include <QCloseEvent>
+
+#include "App/window/Labels.h"
+#include "UIF/TabView.h"
+
+namespace App {
+
+DockFrame::DockFrame(const UIF::UString& tabID, QWidget* parent)
+    : QDockWidget(parent), mTabID(tabID), mContainer(new QWidget(this)) {
+  setObjectName(ToQString(tabID));
+  setWidget(mContainer);
+}
+
+DockFrame::~DockFrame() = default;
+
+void* DockFrame::GetContainer() {
+  return mContainer;
+}
+
+void DockFrame::SetTitle(const UIF::UString& title) {
+  setWindowTitle(ToQString(title));
+}
+
+void DockFrame::SetShown(bool shown) {
+  setVisible(shown);
+}
+
+bool DockFrame::IsShown() const {
+  return !isHidden();
+}
+
+void DockFrame::BringToFront() {
+  raise();
+}
+
+bool DockFrame::IsFrontMost() const {
+  return isVisible() && !visibleRegion().isEmpty();
+}
+
+void DockFrame::StackedDimensionsChanged() {
+  if (const UIF::TabView* view = UIF::Workspace::Instance()->FindTabView(mTabID))
+    mContainer->setMinimumHeight(view->GetIsStacked() ? view->GetStackedDimensionHeightMin() : 0);
+}
+
+// The panel hides, and the user's edits with it; it is there as it was when the dock is opened again.
+void DockFrame::closeEvent(QCloseEvent* event) {
+  if (UIF::TabView* view = UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(mTabID) : nullptr)
+    view->Show(false);
+  QDockWidget::closeEvent(event);
+}
+
+} // namespace App

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace App {
+
+// Commands of the Edit menu, by the numbers under which the host routes them to whoever is on duty.
+enum class EditCommand : int {
+  Delete = 57632,
+  Copy = 57634,
+  Cut = 57635,
+  Paste = 57637,
+  SelectAll = 32020,
+};
+
+// To the one-line field that has the focus, else to the panel on duty.
+bool IsEditCommandEnabled(EditCommand command);
+void ObeyEditCommand(EditCommand command);
+
+} // namespace App

@@ -1,0 +1,10 @@
+#pragma once
+
+class QWidget;
+
+namespace App {
+
+void ShowAbout(QWidget* parent);
+void ShowKeyboard(QWidget* parent);
+
+} // namespace App

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <QMainWindow>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "App/Session.h"
+
+class QAction;
+class QLabel;
+class QMenu;
+class QMimeData;
+
+namespace HSL {
+class Handler;
+}
+namespace UIF {
+class WorkspaceFrame;
+}
+
+namespace App {
+
+class Bin;
+class DockFrame;
+
+// The window of the program: the project's bin and the host's panels as docks, the menus, and what they do.
+class MainWindow : public QMainWindow {
+ public:
+  // What the window asks of the program, since it does not outlive it: to be made anew, in another language for
+  // instance.
+  explicit MainWindow(std::function<void()> askRebuild);
+  ~MainWindow() override;
+
+  // Projects are opened, media and caption files imported.
+  void OpenFiles(const std::vector<std::filesystem::path>& files);
+  // Shows a project that the session has opened, on the clip that was selected when it was last open.
+  void ShowProject();
+  // From 1, in the order of the bin.
+  void SelectClipByNumber(int number);
+  void Notice(const QString& text);
+  void ShowProblem(const Problem& problem);
+  // Opens the panels; asLeft puts window and docks where they last were.
+  void RestoreLayout(bool asLeft);
+  void StoreLayout();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* target, QEvent* event) override;
+
+ private:
+  using Clip = InterfaceRef<BE::MasterClip>;
+  using Stream = InterfaceRef<BE::CaptioningStream>;
+
+  // Docks and status
+  void MakeDocks();
+  void MakeStatusBar();
+  void OpenPanel();
+  UIF::WorkspaceFrame* MakeFrame(const zebcore::UString& tabID);
+  void UpdateTitle();
+  void UpdateMenus();
+  void ShowStorageProblem(const std::optional<Problem>& problem);
+  void DetachProject();
+
+  // Menus
+  void MakeMenus();
+  void MakeFileMenu();
+  void MakeEditMenu();
+  void MakeCaptionsMenu();
+  void MakeWindowMenu();
+  void MakeHelpMenu();
+  QAction* AddAction(QMenu* menu, std::string_view text, const QString& symbol, const QKeySequence& keys,
+                     std::function<void()> act);
+  void FillRecentMenu();
+  void FillWindowMenu(QMenu* menu);
+  void FillStreamFormats(QMenu* menu, const Clip& clip, const std::function<void(zebcaptioning::StreamFormat)>& choose);
+  void FillBinMenu(QMenu& menu);
+  void SetDark(bool dark);
+  void SetLanguage(const std::string& language);
+
+  // Projects
+  void NewProject();
+  void ChooseProject();
+  void OpenProject(const std::filesystem::path& path);
+  void SaveProjectAs();
+
+  // Media and captions
+  void ChooseMedia();
+  void ChooseCaptions();
+  Clip ImportMedia(const std::filesystem::path& path);
+  void ImportCaptions(const Clip& clip, const std::filesystem::path& path, zebcaptioning::StreamFormat format);
+  void ExportCaptions();
+  Clip FindClipFor(const std::filesystem::path& captions) const;
+  bool AcceptsDrop(const QMimeData* dragged) const;
+  // Runs what takes long with its progress on show. False when the user stopped it.
+  bool RunBusy(const std::function<void(const Progress&)>& work);
+
+  // Streams
+  void ShowClip(const Clip& clip);
+  void Present(const Result<Stream>& stream);
+  void NewStream(zebcaptioning::StreamFormat format);
+  void DuplicateStream(zebcaptioning::StreamFormat format);
+  void DeleteStream();
+  void RemoveClip();
+  // The stream that is current in the bin, else the only one of the selected clip; null if that leaves it open.
+  Stream GetCurrentStream() const;
+  void SelectClip(const Clip& clip, const Stream& stream);
+  void OpenClip(const Clip& clip, const Stream& stream);
+
+  std::function<void()> mAskRebuild;
+  Bin* mBin = nullptr;
+  std::map<zebcore::UString, DockFrame*> mFrames;
+  std::unique_ptr<HSL::Handler> mCaptionsHandler; // null if the panel's module is not there
+  QLabel* mProblemSymbol = nullptr;
+  QLabel* mProblemText = nullptr;
+  QMenu* mRecentMenu = nullptr;
+  QMenu* mNewStreamMenu = nullptr;
+  QMenu* mDuplicateMenu = nullptr;
+  QAction* mSaveAs = nullptr;
+  QAction* mImportMedia = nullptr;
+  QAction* mImportCaptions = nullptr;
+  QAction* mExportCaptions = nullptr;
+  QAction* mUndo = nullptr;
+  QAction* mRedo = nullptr;
+  QAction* mDeleteStream = nullptr;
+  bool mBusy = false; // something long is under way
+};
+
+} // namespace App

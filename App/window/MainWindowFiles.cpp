@@ -1,0 +1,310 @@
+#include "App/window/MainWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QMimeData>
+#include <QUrl>
+
+#include <algorithm>
+
+#include "App/session/FileKinds.h"
+#include "App/session/Text.h"
+#include "App/window/Bin.h"
+#include "App/window/ImportFormatWindow.h"
+#include "App/window/Labels.h"
+#include "App/window/ProblemsWindow.h"
+#include "App/window/ProgressWindow.h"
+#include "App/window/Settings.h"
+
+namespace App {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path ToPath(const QString& file) {
+  return fs::path(file.toStdString());
+}
+
+QString ProjectFilter() {
+  return Label("$$$/Vidra/Captivo/Filter/Projects=Captivo projects (*.captivo)");
+}
+
+QString AllFilter() {
+  return Label("$$$/Vidra/Captivo/Filter/All=All files (*)");
+}
+
+// The suffix that goes with a file's kind, unless the user typed one.
+QString WithSuffix(const QString& file, const QString& suffix) {
+  return file.isEmpty() || !QFileInfo(file).suffix().isEmpty() ? file : file + suffix;
+}
+
+} // namespace
+
+// --- Projects
+
+void MainWindow::NewProject() {
+  if (const auto problem = Session::Instance().NewProject()) {
+    ShowProblem(*problem);
+    return;
+  }
+  ShowProject();
+}
+
+void MainWindow::ChooseProject() {
+  const QString file = QFileDialog::getOpenFileName(this, Label("$$$/Vidra/Captivo/Choose/Project=Open Project"),
+                                                    settings::GetFolder(), ProjectFilter() + ";;" + AllFilter());
+  if (file.isEmpty())
+    return;
+  settings::SetFolderOf(file);
+  OpenProject(ToPath(file));
+}
+
+void MainWindow::OpenProject(const fs::path& path) {
+  if (const auto problem = Session::Instance().OpenProject(path)) {
+    ShowProblem(*problem);
+    return;
+  }
+  ShowProject();
+}
+
+void MainWindow::SaveProjectAs() {
+  const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
+  if (!project)
+    return;
+  const QString name = project->IsUntitled() ? QString() : ToQString(project->GetName());
+  const QString file =
+      WithSuffix(QFileDialog::getSaveFileName(this, Label("$$$/Vidra/Captivo/Choose/SaveAs=Save Project As"),
+                                              QDir(settings::GetFolder()).filePath(name), ProjectFilter()),
+                 QStringLiteral(".captivo"));
+  if (file.isEmpty())
+    return;
+  settings::SetFolderOf(file);
+  if (const auto problem = Session::Instance().SaveProjectAs(ToPath(file))) {
+    ShowProblem(*problem);
+    return;
+  }
+  settings::AddRecentProject(project->GetPath());
+  UpdateTitle();
+  UpdateMenus();
+}
+
+// --- Media and captions
+
+bool MainWindow::RunBusy(const std::function<void(const Progress&)>& work) {
+  ProgressWindow window(this);
+  mBusy = true;
+  work(window.GetProgress());
+  mBusy = false;
+  return !window.WasStopped();
+}
+
+void MainWindow::ChooseMedia() {
+  const QStringList files =
+      QFileDialog::getOpenFileNames(this, Label("$$$/Vidra/Captivo/Choose/Media=Import Media"), settings::GetFolder(),
+                                    Label("$$$/Vidra/Captivo/Filter/Media=Media files (*.mp4 *.mov *.m4v *.mkv *.webm "
+                                          "*.avi *.mxf *.mpg *.mpeg *.ts *.m2ts "
+                                          "*.wav *.mp3 *.m4a *.flac *.ogg *.png *.jpg *.jpeg)") +
+                                        ";;" + AllFilter());
+  if (files.isEmpty())
+    return;
+  settings::SetFolderOf(files.front());
+  Clip last;
+  for (const QString& file : files)
+    if (const Clip clip = ImportMedia(ToPath(file)))
+      last = clip;
+  if (last)
+    ShowClip(last);
+}
+
+MainWindow::Clip MainWindow::ImportMedia(const fs::path& path) {
+  Result<Clip> result;
+  const bool finished =
+      RunBusy([&](const Progress& progress) { result = Session::Instance().ImportMedia(path, progress); });
+  if (result)
+    return *result.value;
+  if (finished)
+    ShowProblem(result.problem);
+  else
+    Notice(QString::fromStdString(result.problem.text));
+  return nullptr;
+}
+
+void MainWindow::ChooseCaptions() {
+  const Clip clip = Session::Instance().GetSelectedClip();
+  if (!clip) {
+    ShowProblem({Text(
+        "$$$/Vidra/Captivo/Error/NoClipForCaptions=Captions belong to a clip, and none is selected. Import a media "
+        "file or select a clip in the project first.")});
+    return;
+  }
+  const QString file = QFileDialog::getOpenFileName(
+      this, Label("$$$/Vidra/Captivo/Choose/Captions=Import Captions"), settings::GetFolder(),
+      Label("$$$/Vidra/Captivo/Filter/Captions=Caption files (*.srt *.vtt)") + ";;" + AllFilter());
+  if (file.isEmpty())
+    return;
+  settings::SetFolderOf(file);
+  if (const auto format = AskImportFormat(this, clip, QFileInfo(file).fileName()))
+    ImportCaptions(clip, ToPath(file), *format);
+}
+
+void MainWindow::ImportCaptions(const Clip& clip, const fs::path& path, zebcaptioning::StreamFormat format) {
+  Result<ImportReport> result;
+  const bool finished = RunBusy(
+      [&](const Progress& progress) { result = Session::Instance().ImportCaptions(clip, path, format, progress); });
+  if (!result) {
+    if (finished)
+      ShowProblem(result.problem);
+    else
+      Notice(QString::fromStdString(result.problem.text));
+    return;
+  }
+  const ImportReport& report = *result.value;
+  const std::string name = path.filename().string();
+  const std::string count = std::to_string(report.stream->GetCaptionCount());
+  ShowClip(clip);
+  Session::Instance().SelectStream(report.stream);
+  Notice(Label("$$$/Vidra/Captivo/Notice/Imported={1}: {2} captions imported ({3})", {name, count, report.encoding}));
+  if (!report.problems.empty())
+    ShowProblems(
+        this, Label("$$$/Vidra/Captivo/Problems/ImportTitle=Not Everything Was Imported"),
+        Label("$$$/Vidra/Captivo/Problems/ImportSummary={2} captions of {1} came in. This did not, or not as it was:",
+              {name, count}),
+        report.problems);
+}
+
+void MainWindow::ExportCaptions() {
+  const Stream stream = GetCurrentStream();
+  if (!stream)
+    return;
+  const QString subRip = Label("$$$/Vidra/Captivo/Filter/SubRip=SubRip (*.srt)");
+  const QString webVTT = Label("$$$/Vidra/Captivo/Filter/WebVTT=WebVTT (*.vtt)");
+  const QString name = QFileInfo(ToQString(stream->GetMasterClip()->GetName())).completeBaseName();
+  QString filter = subRip;
+  QString file =
+      QFileDialog::getSaveFileName(this, Label("$$$/Vidra/Captivo/Choose/Export=Export Captions"),
+                                   QDir(settings::GetFolder()).filePath(name), subRip + ";;" + webVTT, &filter);
+  if (file.isEmpty())
+    return;
+  const bool asWebVTT = file.endsWith(QLatin1String(".vtt"), Qt::CaseInsensitive) ||
+                        (filter == webVTT && !file.endsWith(QLatin1String(".srt"), Qt::CaseInsensitive));
+  file = WithSuffix(file, asWebVTT ? QStringLiteral(".vtt") : QStringLiteral(".srt"));
+  settings::SetFolderOf(file);
+
+  Result<std::vector<Formats::Problem>> result;
+  const bool finished = RunBusy([&](const Progress& progress) {
+    result = Session::Instance().ExportCaptions(
+        stream, ToPath(file), asWebVTT ? Formats::FileKind::WebVTT : Formats::FileKind::SubRip, progress);
+  });
+  const std::string shown = QFileInfo(file).fileName().toStdString();
+  if (!result && finished)
+    ShowProblem(result.problem);
+  else if (!result)
+    Notice(QString::fromStdString(result.problem.text));
+  else if (result.value->empty())
+    Notice(Label("$$$/Vidra/Captivo/Notice/Exported={1} was written", {shown}));
+  else
+    ShowProblems(
+        this, Label("$$$/Vidra/Captivo/Problems/ExportTitle=Not Everything Could Be Written"),
+        Label("$$$/Vidra/Captivo/Problems/ExportSummary={1} was written. This has no place in such a file:", {shown}),
+        *result.value);
+}
+
+// --- Files from outside
+
+bool MainWindow::AcceptsDrop(const QMimeData* dragged) const {
+  if (mBusy || !dragged->hasUrls())
+    return false;
+  const QList<QUrl> urls = dragged->urls();
+  return std::all_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+}
+
+// The clip whose file has the captions' name, else the selected one, else the newest.
+MainWindow::Clip MainWindow::FindClipFor(const fs::path& captions) const {
+  const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
+  const auto clips = project ? project->GetClips() : std::vector<Clip>();
+  for (const Clip& clip : clips)
+    if (captions.stem() == clip->GetMediaPath().stem())
+      return clip;
+  if (const Clip selected = Session::Instance().GetSelectedClip())
+    return selected;
+  return clips.empty() ? nullptr : clips.back();
+}
+
+// A project first, then media, then the captions that go with them.
+void MainWindow::OpenFiles(const std::vector<fs::path>& files) {
+  std::map<FileKind, std::vector<fs::path>> byKind;
+  for (const fs::path& path : files)
+    byKind[FindKind(path)].push_back(path);
+  if (!byKind[FileKind::Project].empty())
+    OpenProject(byKind[FileKind::Project].back());
+  if (!Session::Instance().GetProject())
+    NewProject();
+
+  Clip shown;
+  for (const fs::path& path : byKind[FileKind::Media])
+    if (const Clip clip = ImportMedia(path))
+      shown = clip;
+  if (shown)
+    ShowClip(shown);
+  for (const fs::path& path : byKind[FileKind::Captions]) {
+    if (const Clip clip = FindClipFor(path))
+      ImportCaptions(clip, path, GetLastImportFormat());
+    else
+      ShowProblem(
+          {Text("$$$/Vidra/Captivo/Error/CaptionsWithoutClip={1} cannot come in yet: captions belong to a clip. Import "
+                "the media file first.",
+                {path.filename().string()})});
+  }
+}
+
+// --- Streams
+
+MainWindow::Stream MainWindow::GetCurrentStream() const {
+  if (const Stream stream = mBin->GetCurrentStream())
+    return stream;
+  const Clip clip = Session::Instance().GetSelectedClip();
+  const auto streams = clip ? clip->GetStreams() : std::vector<Stream>();
+  return streams.size() == 1 ? streams.front() : nullptr;
+}
+
+void MainWindow::ShowClip(const Clip& clip) {
+  mBin->RefreshNow();
+  mBin->SetCurrentClip(clip);
+  OpenClip(clip, nullptr);
+}
+
+void MainWindow::NewStream(zebcaptioning::StreamFormat format) {
+  Present(Session::Instance().NewStream(Session::Instance().GetSelectedClip(), format));
+}
+
+void MainWindow::DuplicateStream(zebcaptioning::StreamFormat format) {
+  Present(Session::Instance().DuplicateStream(GetCurrentStream(), format));
+}
+
+void MainWindow::Present(const Result<Stream>& stream) {
+  if (!stream) {
+    ShowProblem(stream.problem);
+    return;
+  }
+  mBin->RefreshNow();
+  mBin->SetCurrentStream(*stream.value);
+  OpenClip((*stream.value)->GetMasterClip(), *stream.value);
+}
+
+void MainWindow::DeleteStream() {
+  if (const Stream stream = GetCurrentStream())
+    Session::Instance().DeleteStream(stream);
+  mBin->RefreshNow();
+  UpdateMenus();
+}
+
+void MainWindow::RemoveClip() {
+  if (const Clip clip = mBin->GetCurrentClip())
+    Session::Instance().RemoveClip(clip);
+  mBin->RefreshNow();
+  UpdateMenus();
+}
+
+} // namespace App

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace App {
+
+// What the program remembers of the user's ways, in their configuration folder.
+namespace settings {
+
+inline constexpr int kRecentProjects = 10;
+
+// Newest first; those that are gone are left out.
+std::vector<std::filesystem::path> GetRecentProjects();
+void AddRecentProject(const std::filesystem::path& path);
+void ClearRecentProjects();
+
+// Geometry and docks of the main window; empty if never stored.
+QByteArray GetGeometry();
+QByteArray GetLayout();
+void SetWindow(const QByteArray& geometry, const QByteArray& layout);
+
+bool IsDark();
+void SetDark(bool dark);
+// A language code; empty for that of the system.
+std::string GetLanguage();
+void SetLanguage(const std::string& language);
+
+// The family and channel that captions were last imported as.
+std::string GetImportFamily();
+int GetImportChannel();
+void SetImportFormat(const std::string& family, int channel);
+
+// Where files were last chosen; the home folder at first.
+QString GetFolder();
+void SetFolderOf(const QString& file);
+
+} // namespace settings
+
+} // namespace App
