@@ -158,14 +158,14 @@ TypeNames& TheTypeNames() {
   return *names;
 }
 
-// FNV-1a. The offset basis stands in for a name that hashes to 0, which means "not computed yet" to whoever caches ids.
+// FNV-1a. The prime stands in for 0, which means "not computed yet" to whoever caches ids.
 MessageID HashName(std::string_view name) {
   constexpr MessageID kOffsetBasis = 2166136261u;
   constexpr MessageID kPrime = 16777619u;
   MessageID hash = kOffsetBasis;
   for (const char c : name)
     hash = (hash ^ static_cast<unsigned char>(c)) * kPrime;
-  return hash != 0 ? hash : kOffsetBasis;
+  return hash != 0 ? hash : kPrime;
 }
 
 struct Posted {
