@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -52,6 +53,10 @@ public:
   virtual bool OnSelectFindBox();
   virtual bool OnSelectNextPanel();
   virtual bool OnSelectPreviousPanel();
+  // What answers these three in a host that has such things, or drives the program; null for none.
+  enum class PanelMovement { FindBox, NextPanel, PreviousPanel };
+  using PanelMovementHook = std::function<bool(PanelMovement)>;
+  static void SetPanelMovementHook(PanelMovementHook hook);
 
   using Factory = Handler* (*)(const UString& name);
   static bool RegisterFactory(const UString& id, Factory factory);

@@ -67,7 +67,6 @@ void TabView::Create(const UString& id, const UString& name, WorkspaceFrame* fra
   mName = name;
   mFrame = frame;
   Trace("TabView::Create", *this, "visible", visible);
-  FollowViewFocus();
   const RectT<int> client{0, 0, container->width(), container->height()};
   CreateViewWidget(*this, container, client, visible);
   Impl().widget->setAccessibleName(toolkit::ToQt(name));

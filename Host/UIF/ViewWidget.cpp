@@ -5,6 +5,7 @@
 
 #include "UIF/KeyCodes.h"
 #include "UIF/TabView.h"
+#include "UIF/ViewFocus.h"
 #include "zebui/NodeManager.h"
 
 namespace UIF {
@@ -179,6 +180,7 @@ TabView* TabViewOf(QWidget* widget) {
 
 void CreateViewWidget(ViewBase& view, QWidget* parent, const RectT<int>& bounds, bool shown) {
   ViewImpl& impl = view.Impl();
+  FollowViewFocus();
   impl.widget = new ViewWidget(&view, parent);
   impl.widget->setGeometry(ToQt(bounds));
   impl.widget->setToolTip(toolkit::ToQt(impl.toolTip));
