@@ -54,6 +54,8 @@ using CaptionStatePtr = boost::intrusive_ptr<const CaptionState>;
 
 bool operator==(const CaptionState& a, const CaptionState& b);
 
+class CaptionRegions;
+
 // One caption: times, text and attributes. The object stays the same through all edits, undo included, while it is in
 // its stream, so that whoever holds it sees it change.
 class Caption : public boost::intrusive_ref_counter<Caption> {
@@ -82,9 +84,13 @@ public:
   const CaptionStatePtr& GetState() const { return mState; }
   // For the stream that holds the caption, and for nobody else once it is held.
   void SetState(CaptionStatePtr state);
+  // The regions of the stream that holds the caption, from which the format takes the area of the caption's region. Set
+  // by the stream when it takes the caption; without them, or without its region among them, there is no area.
+  void SetRegions(boost::intrusive_ptr<const CaptionRegions> regions);
 
 private:
   CaptionStatePtr mState;
+  boost::intrusive_ptr<const CaptionRegions> mRegions;
 };
 
 } // namespace zebcaptioning

@@ -102,8 +102,11 @@ private:
     bool uniform = true;
   };
 
+  void Reset();
   void MergeSpan(const TextSpanAttributes& span, bool first);
   void MergeParagraph(const ParagraphStyleAttributes& paragraph, bool first);
+  // area is null for a caption without one.
+  void MergeRegionArea(const zebcore::geom::RectT<float>* area, bool percent, bool first);
 
   Attribute<CaptionType> mCaptionType{kCaptionType_None};
   Attribute<bool> mUnderlined;

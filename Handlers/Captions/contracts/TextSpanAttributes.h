@@ -20,7 +20,7 @@ public:
   // "default", "monospace", "sansSerif", "serif", "monospaceSansSerif", "monospaceSerif", "proportionalSansSerif",
   // "proportionalSerif" (the generic families of W3C TTML2 10.2.20), and the seven font tags of CEA-708.
   static bool IsGenericFontName(const zebcore::UString& family);
-  // The installed family that stands for a generic one; any other name is returned as it is.
+  // The installed family that stands for a generic one, found once and remembered; any other name is returned as it is.
   static zebcore::UString GetGenericUIFontName(const zebcore::UString& family);
 
   friend bool operator==(const TextSpanAttributes&, const TextSpanAttributes&) = default;

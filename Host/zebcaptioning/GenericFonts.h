@@ -1,0 +1,13 @@
+#pragma once
+
+#include <map>
+
+#include "zebcore/UString.h"
+
+namespace zebcaptioning {
+
+// In place of what the machine's font configuration says: the families that stand for generic names. A generic name
+// that is not among them goes on being asked for. An empty map restores the machine's.
+void SetGenericUIFontNames(std::map<zebcore::UString, zebcore::UString> names);
+
+} // namespace zebcaptioning
