@@ -2,6 +2,9 @@
 
 #include <stdexcept>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "BE/Problems.h"
 #include "BE/UserFolders.h"
 #include "Captions/contracts/Stations.h"
@@ -35,6 +38,15 @@ bool IsInDataFolder(const std::filesystem::path& path) {
          std::filesystem::equivalent(path.parent_path(), folders::GetDataFolder(), error);
 }
 
+// A file that its owner has closed to writing, or that is another user's, is a project to be looked at.
+bool MayOnlyBeRead(const std::filesystem::path& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+    return false;
+  const bool mayWrite = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && access(path.c_str(), W_OK) == 0;
+  return !mayWrite && access(path.c_str(), R_OK) == 0;
+}
+
 } // namespace
 
 Result<InterfaceRef<Project>> Project::Create(const std::filesystem::path& path) {
@@ -58,14 +70,7 @@ InterfaceRef<Project> Project::CreateInMemory() {
 }
 
 Result<InterfaceRef<Project>> Project::Open(const std::filesystem::path& path, bool readOnly) {
-  std::error_code error;
-  // A file that its owner has closed to writing is a project to be looked at.
-  const std::filesystem::perms permissions = std::filesystem::status(path, error).permissions();
-  const auto anyWrite = std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
-                        std::filesystem::perms::others_write;
-  if (!error && std::filesystem::is_regular_file(path, error) &&
-      (permissions & anyWrite) == std::filesystem::perms::none)
-    readOnly = true;
+  readOnly = readOnly || MayOnlyBeRead(path);
   Result<std::unique_ptr<ProjectFile>> file = readOnly ? ProjectFile::OpenCopy(path) : ProjectFile::Open(path);
   if (!file)
     return Fail(std::move(file.problem));

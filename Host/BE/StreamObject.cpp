@@ -1,6 +1,7 @@
 #include "BE/StreamObject.h"
 
 #include "BE/ProjectObject.h"
+#include "zebcaptioning/Conversion.h"
 
 namespace BE {
 
@@ -33,7 +34,12 @@ CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockH
 StreamObject::StreamObject(ProjectObject* project, ClipObject* clip, std::string id, StreamRecord record)
     : mProject(project), mClip(clip), mID(std::move(id)), mRecord(std::move(record)),
       mStation(std::string_view("stream:" + mID)), mGuid(zebcore::utility::Guid::Random()),
-      mKeyTag(zebcore::utility::Guid::Random().high | 1) {}
+      mRegions(new zebcaptioning::CaptionRegions), mKeyTag(zebcore::utility::Guid::Random().high | 1) {
+  std::vector<zebcaptioning::CaptionRegions::Region> regions;
+  for (const StreamDescription::Region& region : mRecord.description.regions)
+    regions.push_back({zebcore::utility::ImmutableString(std::string_view(region.name)), region.area, region.percent});
+  mRegions->SetRegions(std::move(regions));
+}
 
 std::size_t StreamObject::GetCaptionCount() const { return mByKey.size(); }
 
@@ -190,6 +196,7 @@ void StreamObject::Put(const CaptionKey& key, std::uint64_t age, const CaptionSt
   } else {
     entry.age = age;
     entry.caption = made ? made : CaptionPtr(new zebcaptioning::Caption(state));
+    entry.caption->SetRegions(mRegions);
   }
   mByPlace[{state->begin, entry.age}] = key;
 }
@@ -245,7 +252,21 @@ std::vector<CaptionDelta> StreamObject::MakeShiftDeltas(TickTime from, TickTime 
   return deltas;
 }
 
-std::vector<CaptionDelta> StreamObject::MakeFormatDeltas(StreamFormat) const { return {}; }
+std::vector<CaptionDelta> StreamObject::MakeFormatDeltas(StreamFormat format) const {
+  const bool hasPicture = mClip && mClip->GetMediaInfo().width > 0;
+  const int width = hasPicture ? mClip->GetMediaInfo().width : kDefaultFrameWidth;
+  const int height = hasPicture ? mClip->GetMediaInfo().height : kDefaultFrameHeight;
+  const StreamFormat closed = zebcaptioning::IsOpenCaptions(format) ? GetStreamFormat() : format;
+  const int columns = zebcaptioning::GetCaptionColumns(closed, IsStandardAspect());
+  const int rows = zebcaptioning::GetCaptionRows(closed);
+  std::vector<CaptionDelta> deltas;
+  for (const auto& [place, key] : mByPlace) {
+    const CaptionStatePtr before = GetCaption(key)->GetState();
+    deltas.push_back({key, place.second, before,
+                      zebcaptioning::ConvertToFormat(before, GetStreamFormat(), format, columns, rows, width, height)});
+  }
+  return deltas;
+}
 
 CaptionReport StreamObject::Apply(const std::vector<CaptionDelta>& deltas, bool forward, const CaptionPtr& made) {
   struct Shown {

@@ -6,6 +6,7 @@
 
 #include "BE/ProjectRecords.h"
 #include "Captions/contracts/StreamMessages.h"
+#include "zebcaptioning/CaptionRegions.h"
 
 namespace BE {
 
@@ -105,6 +106,7 @@ private:
   StreamRecord mRecord;
   zebcore::utility::ImmutableString mStation;
   zebcore::utility::Guid mGuid;
+  boost::intrusive_ptr<zebcaptioning::CaptionRegions> mRegions;
   std::map<CaptionKey, Entry> mByKey;
   std::map<Place, CaptionKey> mByPlace;
   std::uint64_t mKeyTag; // the half of a key that all captions of a stream have in common

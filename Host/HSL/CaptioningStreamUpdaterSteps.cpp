@@ -1,0 +1,112 @@
+#include "HSL/CaptioningStreamUpdaterSteps.h"
+
+#include <algorithm>
+#include <array>
+
+#include "zebcaptioning/Spans.h"
+#include "zebcore/Localizer.h"
+
+namespace HSL::steps {
+
+namespace {
+
+using zebcaptioning::CaptionFormatParameter;
+using zebmediatypes::TickTime;
+
+zebcore::UString Localize(const char* key) { return zebcore::config::Localizer::Get().Localize(key); }
+
+// By CaptionFormatParameter.
+constexpr std::array kFormatNames = {
+    "$$$/Vidra/Undo/CaptionType=Display type",
+    "$$$/Vidra/Undo/Underline=Underline",
+    "$$$/Vidra/Undo/Italic=Italic",
+    "$$$/Vidra/Undo/Bold=Bold",
+    "$$$/Vidra/Undo/FontFamily=Font",
+    "$$$/Vidra/Undo/FontSize=Font size",
+    "$$$/Vidra/Undo/Anchor=Anchor",
+    "$$$/Vidra/Undo/Alignment=Alignment",
+    "$$$/Vidra/Undo/TextColor=Text colour",
+    "$$$/Vidra/Undo/BackgroundColor=Background colour",
+    "$$$/Vidra/Undo/EdgeColor=Edge colour",
+    "$$$/Vidra/Undo/TextOpacity=Text opacity",
+    "$$$/Vidra/Undo/BackgroundOpacity=Background opacity",
+    "$$$/Vidra/Undo/EdgeOpacity=Edge opacity",
+    "$$$/Vidra/Undo/EdgeWidth=Edge width",
+    "$$$/Vidra/Undo/Position=Position",
+    "$$$/Vidra/Undo/Position=Position",
+    "$$$/Vidra/Undo/LineSpacing=Line spacing",
+};
+
+void GetGrid(const BE::CaptioningStream& stream, const TickTime& time, int& columns, int& rows) {
+  zebcaptioning::CaptionDisplaySettings settings;
+  stream.GetDisplaySettings(time, settings);
+  settings.GetRegionBaseDimensions(columns, rows);
+}
+
+CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const CaptionStatePtr& before,
+                                 const CaptionStatePtr& after) {
+  if (after == before || !zebcaptioning::IsOpenCaptions(stream.GetStreamFormat()))
+    return after;
+  const OpenTextMeasure measure = MeasureIn(stream, *after);
+  auto* measured = new CaptionState(*after);
+  measured->paragraph.lineWidth = measure.lineWidth;
+  measured->paragraph.blockHeight = measure.blockHeight;
+  return measured;
+}
+
+} // namespace
+
+zebcore::UString AddName() { return Localize("$$$/Vidra/Undo/AddCaption=Add caption"); }
+zebcore::UString DeleteName() { return Localize("$$$/Vidra/Undo/DeleteCaption=Delete caption"); }
+zebcore::UString TypeName() { return Localize("$$$/Vidra/Undo/Type=Type"); }
+zebcore::UString MoveName() { return Localize("$$$/Vidra/Undo/MoveCaption=Move caption"); }
+
+zebcore::UString FormatName(CaptionFormatParameter parameter) {
+  const auto index = static_cast<std::size_t>(parameter);
+  return Localize(index < kFormatNames.size() ? kFormatNames[index] : "$$$/Vidra/Undo/EditCaptions=Edit captions");
+}
+
+CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state, const zebcore::UString& text,
+                       const zebcaptioning::TextRange& caret) {
+  return WithFreshMeasure(stream, state, zebcaptioning::ReplaceText(state, text, caret));
+}
+
+CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
+                         CaptionFormatParameter parameter, const zebcaptioning::CaptionFormatInfo& info,
+                         const zebcaptioning::TextRange& range) {
+  int columns = 0;
+  int rows = 0;
+  GetGrid(stream, state->begin, columns, rows);
+  return WithFreshMeasure(
+      stream, state,
+      zebcaptioning::ApplyToRange(state, parameter, info, range, stream.GetStreamFormat(), columns, rows));
+}
+
+OpenTextMeasure MeasureIn(const BE::CaptioningStream& stream, const CaptionState& state) {
+  int width = 0;
+  int height = 0;
+  GetGrid(stream, state.begin, width, height);
+  return MeasureOpenText(state, width, height);
+}
+
+void CloseGaps(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas) {
+  std::vector<BE::ICaptioningStream::CaptionKey> keys;
+  stream.GetCaptionKeys(keys);
+  const auto isRemoved = [removed = deltas](const auto& key) {
+    return std::any_of(removed.begin(), removed.end(), [&key](const auto& delta) { return delta.key == key; });
+  };
+  TickTime gap;
+  for (const auto& key : keys) {
+    const CaptionStatePtr state = stream.GetCaption(key)->GetState();
+    if (isRemoved(key)) {
+      gap = gap + (state->end - state->begin);
+    } else if (gap != TickTime()) {
+      auto* moved = new CaptionState(*state);
+      moved->begin = state->begin - gap;
+      moved->end = state->end - gap;
+      deltas.push_back({key, 0, state, moved});
+    }
+  }
+}
+
+} // namespace HSL::steps
