@@ -26,8 +26,13 @@ struct ImportReport {
   std::vector<Formats::Problem> problems;
 };
 
+struct MediaReport {
+  InterfaceRef<BE::MasterClip> clip;
+  std::vector<Formats::Problem> problems; // what of its subtitle tracks did not come in
+};
+
 class Session {
-public:
+ public:
   static Session& Instance();
 
   // The project in hand; null if there is none. Each of these commits what is open and closes the one before; when it
@@ -41,6 +46,8 @@ public:
 
   // A media file as a clip of the bin, its text subtitle tracks as streams.
   Result<InterfaceRef<BE::MasterClip>> ImportMedia(const std::filesystem::path& path, const Progress& progress = {});
+
+  Result<MediaReport> ImportMediaReport(const std::filesystem::path& path, const Progress& progress = {});
 
   // A caption file as a new stream of a clip: the format asked for or, if the clip holds that already, the next free
   // number of its family. One undoable step.
@@ -72,7 +79,7 @@ public:
   bool Undo();
   bool Redo();
 
-private:
+ private:
   Session();
   std::optional<Problem> Replace(Result<InterfaceRef<BE::Project>> next);
   // What is open in the panel and anywhere else becomes a step of the history.

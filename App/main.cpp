@@ -127,6 +127,7 @@ class Program {
   int Run() {
     ChooseLanguage(mOptions.language);
     HSL::ModuleLoader::LoadAll(HSL::ModuleLoader::GetModuleFolder());
+    mCaptionsModule = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"captions");
     if (!mOptions.picture.isEmpty())
       SayInsteadOfAsking();
 
@@ -187,6 +188,7 @@ class Program {
   }
 
   Options mOptions;
+  std::unique_ptr<HSL::Module> mCaptionsModule; // null if its library is not there
   std::unique_ptr<App::MainWindow> mWindow;
 };
 

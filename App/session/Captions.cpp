@@ -14,10 +14,6 @@ using zebcaptioning::CaptionStatePtr;
 
 namespace {
 
-Problem Stopped() {
-  return {Text("$$$/Vidra/Captivo/Error/Stopped=Stopped. Nothing was changed.")};
-}
-
 Problem NotReadable(const fs::path& path, const std::string& reason) {
   return {Text("$$$/Vidra/Captivo/Error/NotReadable={1} could not be imported: {2}", {QuotedName(path), reason})};
 }

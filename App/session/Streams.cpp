@@ -55,6 +55,10 @@ zebcore::UString StepName(std::string_view keyWithDefault) {
   return zebcore::config::Localizer::Get().Localize(keyWithDefault);
 }
 
+Problem Stopped() {
+  return {Text("$$$/Vidra/Captivo/Error/Stopped=Stopped. Nothing was changed.")};
+}
+
 Problem NoClip() {
   return {Text(
       "$$$/Vidra/Captivo/Error/NoClip=There is no clip for the captions. Import a media file or select a clip in the "

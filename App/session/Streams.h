@@ -18,6 +18,8 @@ std::vector<zebcaptioning::CaptionStatePtr> CaptionStates(const BE::InterfaceRef
 
 zebcore::UString StepName(std::string_view keyWithDefault);
 
+// A job that the user stopped.
+BE::Problem Stopped();
 BE::Problem NoClip();
 BE::Problem NoStream();
 BE::Problem NoFreeFormat(const BE::InterfaceRef<BE::MasterClip>& clip, zebcaptioning::StreamFormat format);

@@ -1,5 +1,6 @@
 #include "App/window/Help.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -71,7 +72,7 @@ void ShowAbout(QWidget* parent) {
   QMessageBox box(parent);
   box.setWindowTitle(Label("$$$/Vidra/Captivo/About/Title=About Captivo"));
   box.setIconPixmap(ProgramIcon().pixmap(64));
-  box.setText(QStringLiteral("<h3>Captivo %1</h3>").arg(QLatin1String(CAPTIVO_VERSION)));
+  box.setText(QStringLiteral("<h3>Captivo %1</h3>").arg(QCoreApplication::applicationVersion()));
   box.setInformativeText(
       Label("$$$/Vidra/Captivo/About/Text=Closed and open captions for picture and sound: opened as rows, retyped, "
             "retimed, and "

@@ -119,16 +119,23 @@ void MainWindow::ChooseMedia() {
 }
 
 MainWindow::Clip MainWindow::ImportMedia(const fs::path& path) {
-  Result<Clip> result;
+  Result<MediaReport> result;
   const bool finished =
-      RunBusy([&](const Progress& progress) { result = Session::Instance().ImportMedia(path, progress); });
-  if (result)
-    return *result.value;
-  if (finished)
-    ShowProblem(result.problem);
-  else
-    Notice(QString::fromStdString(result.problem.text));
-  return nullptr;
+      RunBusy([&](const Progress& progress) { result = Session::Instance().ImportMediaReport(path, progress); });
+  if (!result) {
+    if (finished)
+      ShowProblem(result.problem);
+    else
+      Notice(QString::fromStdString(result.problem.text));
+    return nullptr;
+  }
+  if (!result.value->problems.empty())
+    ShowProblems(
+        this, Label("$$$/Vidra/Captivo/Problems/ImportTitle=Not Everything Was Imported"),
+        Label("$$$/Vidra/Captivo/Problems/MediaSummary={1} came in. Of its subtitles this did not, or not as it was:",
+              {path.filename().string()}),
+        result.value->problems);
+  return result.value->clip;
 }
 
 void MainWindow::ChooseCaptions() {
