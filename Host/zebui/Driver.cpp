@@ -12,9 +12,6 @@ namespace {
 
 bool SendKey(QWidget* widget, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text) {
   QKeyEvent event(type, key, modifiers, text);
-  // As the toolkit sends it: nobody has taken it yet when it is asked whether it is an editing key.
-  if (type == QEvent::ShortcutOverride)
-    event.ignore();
   QCoreApplication::sendEvent(widget, &event);
   return event.isAccepted();
 }
@@ -48,9 +45,7 @@ bool PressKey(ui::KeyboardCode code, ui::ModKey modifiers, const zebcore::UStrin
   const bool isBacktab = code == ui::kKeyboardCode_Tab && (modifiers & ui::kModKey_Shift) != 0;
   const int key = isBacktab ? static_cast<int>(Qt::Key_Backtab) : toolkit::ToQtKey(code);
   const Qt::KeyboardModifiers qtModifiers = toolkit::ToQtModifiers(modifiers);
-  SendKey(widget, QEvent::ShortcutOverride, key, qtModifiers, toolkit::ToQt(text));
-  if (!widget)
-    return true;
+  // The toolkit asks first whether it is a shortcut.
   const bool used = SendKey(widget, QEvent::KeyPress, key, qtModifiers, toolkit::ToQt(text));
   if (QWidget* now = toolkit::GetFocusWidget())
     SendKey(now, QEvent::KeyRelease, key, qtModifiers, toolkit::ToQt(text));

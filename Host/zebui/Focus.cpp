@@ -64,10 +64,18 @@ void FollowToolkit(QWidget* now) {
       ChangeFocus(nullptr, nullptr, ui::kFocusChange_None);
     return;
   }
+  // The toolkit gives a window that becomes active a focus; a caption isn't entered because a window was.
+  UI_Node* const node = NodeOf(now);
+  if (node && sLastReason == Qt::ActiveWindowFocusReason) {
+    ++sMoving;
+    now->clearFocus();
+    --sMoving;
+    return;
+  }
   // A dialog or a menu borrows the toolkit's focus; ours waits below it.
   if (sFocus.widget && now->window() != sFocus.widget->window() && IsPassingWindow(now->window()))
     return;
-  ChangeFocus(NodeOf(now), now, ReasonOf(sLastReason));
+  ChangeFocus(node, now, ReasonOf(sLastReason));
 }
 
 class ReasonRecorder : public QObject {

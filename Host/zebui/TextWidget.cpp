@@ -139,6 +139,9 @@ bool TextWidget::RunDefaultKey(const QKeyEvent& event) {
     InsertShown(event.text());
     return true;
   }
+  // The host's undo, not the toolkit's.
+  if (event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo))
+    return false;
   QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text(), event.isAutoRepeat(),
                  static_cast<quint16>(event.count()));
   QTextEdit::keyPressEvent(&copy);
