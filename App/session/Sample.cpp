@@ -1,6 +1,7 @@
 #include "App/session/Sample.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "App/session/Text.h"
 #include "BE/UserFolders.h"
@@ -73,7 +74,10 @@ std::optional<Problem> OpenSampleProject() {
   const SampleFiles files = FindSampleFiles(FindSampleFolder());
   if (files.media.empty())
     return NoSample();
-  const fs::path path = BE::folders::GetDataFolder() / (files.media.front().stem().string() + kSuffix);
+  // Named as a person would name it.
+  std::string name = files.media.front().stem().string();
+  name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+  const fs::path path = BE::folders::GetDataFolder() / (name + kSuffix);
   std::error_code error;
   if (fs::exists(path, error))
     return session.OpenProject(path);

@@ -5,8 +5,8 @@
 #include <set>
 
 #include "App/Session.h"
-#include "App/session/Conform.h"
 #include "App/session/Text.h"
+#include "zebcaptioning/Conversion.h"
 #include "zebcaptioning/StreamNumbers.h"
 #include "zebcore/Localizer.h"
 
@@ -14,6 +14,16 @@ namespace App {
 
 using zebcaptioning::CaptionStatePtr;
 using zebcaptioning::StreamFormat;
+
+namespace {
+
+bool IsStandardAspect(const BE::MediaInfo& media) {
+  constexpr double kBetweenStandardAndWide = 1.5;
+  return media.width > 0 && media.height > 0 &&
+         media.pixelAspect.ToDouble() * media.width / media.height < kBetweenStandardAndWide;
+}
+
+} // namespace
 
 StreamFormat GetStreamFormat(const std::string& family, int channel) {
   return zebcaptioning::GetStreamFormat(family, channel);
@@ -94,11 +104,14 @@ Result<InterfaceRef<BE::CaptioningStream>> Session::DuplicateStream(const Interf
   const InterfaceRef<BE::MasterClip> clip = stream->GetMasterClip();
   BE::StreamDescription description = stream->GetDescription();
   description.format = format;
-  const Grid from = GridOf(stream);
-  const Grid to = GridOf(format, clip->GetMediaInfo());
+  const BE::MediaInfo& media = clip->GetMediaInfo();
+  const StreamFormat from = stream->GetStreamFormat();
+  const StreamFormat closed = zebcaptioning::IsOpenCaptions(format) ? from : format;
+  const int columns = zebcaptioning::GetCaptionColumns(closed, IsStandardAspect(media));
+  const int rows = zebcaptioning::GetCaptionRows(closed);
   std::vector<BE::NewCaption> captions;
   for (const CaptionStatePtr& state : CaptionStates(stream))
-    captions.push_back({Conform(state, from, to)});
+    captions.push_back({zebcaptioning::ConvertToFormat(state, from, format, columns, rows, media.width, media.height)});
   return mProject->AddStream(clip, description, captions,
                              StepName("$$$/Vidra/Captivo/Step/DuplicateStream=Duplicate Stream"));
 }
