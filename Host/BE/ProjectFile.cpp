@@ -27,8 +27,6 @@ constexpr char kMagic[] = "SQLite format 3";
 // Pages in the write-ahead log from which the worker is asked to move them into the file proper.
 constexpr int kCheckpointPages = 1000;
 
-std::string Quote(const std::filesystem::path& path) { return path.filename().string(); }
-
 Problem CannotOpen(const std::filesystem::path& path, int error) {
   return MakeProblem("$$$/Vidra/Project/CannotOpen=The project \u201c%1\u201d cannot be opened: %2. Check that it is still "
                      "there and that you may read and change it.",

@@ -43,7 +43,7 @@ zebcaptioning::CaptionStatePtr ReadState(const SQLite::Column& column) {
   if (column.isNull())
     return nullptr;
   const std::string_view bytes(static_cast<const char*>(column.getBlob()), static_cast<std::size_t>(column.getBytes()));
-  zebcaptioning::CaptionStatePtr state = zebcaptioning::DecodeCaption(bytes);
+  zebcaptioning::CaptionStatePtr state = zebcaptioning::Decode(bytes);
   if (!state)
     ThrowDamaged("a caption is garbled");
   return state;
@@ -55,7 +55,7 @@ void BindBlob(SQLite::Statement& statement, int index, const std::string& bytes)
 
 void BindState(SQLite::Statement& statement, int index, const zebcaptioning::CaptionStatePtr& state) {
   if (state)
-    BindBlob(statement, index, zebcaptioning::EncodeCaption(*state));
+    BindBlob(statement, index, zebcaptioning::Encode(*state));
   else
     statement.bind(index);
 }
@@ -227,7 +227,7 @@ void ProjectFile::PutCaption(ObjectNumber stream, const CaptionKey& key, std::ui
   put.bind(1, stream);
   BindBlob(put, 2, WriteKey(key));
   put.bind(3, static_cast<std::int64_t>(age));
-  BindBlob(put, 4, zebcaptioning::EncodeCaption(state));
+  BindBlob(put, 4, zebcaptioning::Encode(state));
   Run(put);
 }
 

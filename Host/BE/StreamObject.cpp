@@ -7,6 +7,7 @@ namespace BE {
 
 namespace {
 
+using Entry = zebcaptioning::CaptionIndex::Entry;
 using zebcaptioning::CaptionState;
 using zebcaptioning::CaptionStatePtr;
 
@@ -41,25 +42,23 @@ StreamObject::StreamObject(ProjectObject* project, ClipObject* clip, std::string
   mRegions->SetRegions(std::move(regions));
 }
 
-std::size_t StreamObject::GetCaptionCount() const { return mByKey.size(); }
+std::size_t StreamObject::GetCaptionCount() const { return mCaptions.Size(); }
 
 void StreamObject::GetCaptionKeys(std::vector<CaptionKey>& keys) const {
   keys.clear();
-  keys.reserve(mByPlace.size());
-  for (const auto& [place, key] : mByPlace)
-    keys.push_back(key);
+  keys.reserve(mCaptions.Size());
+  mCaptions.ForEach([&keys](const Entry& entry) { keys.push_back(entry.key); });
 }
 
 StreamObject::CaptionPtr StreamObject::GetCaption(const CaptionKey& key) const {
-  const auto found = mByKey.find(key);
-  return found == mByKey.end() ? nullptr : found->second.caption;
+  const Entry* entry = mCaptions.Find(key);
+  return entry ? entry->caption : nullptr;
 }
 
 void StreamObject::GetCaptions(std::vector<CaptionPtr>& captions) const {
   captions.clear();
-  captions.reserve(mByPlace.size());
-  for (const auto& [place, key] : mByPlace)
-    captions.push_back(GetCaption(key));
+  captions.reserve(mCaptions.Size());
+  mCaptions.ForEach([&captions](const Entry& entry) { captions.push_back(entry.caption); });
 }
 
 // CEA-708 counts fewer columns on a 4:3 picture.
@@ -101,33 +100,19 @@ StreamObject::GetRenderableModel(const TickTime& time) const {
 
 InterfaceRef<MasterClip> StreamObject::GetMasterClip() const { return InterfaceRef<MasterClip>(mClip); }
 
-const std::pair<const StreamObject::Place, StreamObject::CaptionKey>* StreamObject::FindNewest(TickTime begin) const {
-  auto after = mByPlace.upper_bound({begin, std::numeric_limits<std::uint64_t>::max()});
-  if (after == mByPlace.begin())
-    return nullptr;
-  --after;
-  return after->first.first == begin ? &*after : nullptr;
-}
-
 StreamObject::CaptionPtr StreamObject::FindByBegin(TickTime begin) const {
-  const auto* newest = FindNewest(begin);
-  return newest ? GetCaption(newest->second) : nullptr;
+  const Entry* newest = mCaptions.FindNewest(begin);
+  return newest ? newest->caption : nullptr;
 }
 
 std::optional<ICaptioningStream::CaptionKey> StreamObject::FindKeyByBegin(TickTime begin) const {
-  const auto* newest = FindNewest(begin);
-  return newest ? std::optional<CaptionKey>(newest->second) : std::nullopt;
+  const Entry* newest = mCaptions.FindNewest(begin);
+  return newest ? std::optional<CaptionKey>(newest->key) : std::nullopt;
 }
 
 std::vector<StreamObject::CaptionPtr> StreamObject::FindAt(TickTime time) const {
   std::vector<CaptionPtr> shown;
-  for (const auto& [place, key] : mByPlace) {
-    if (place.first > time)
-      break;
-    const CaptionPtr caption = GetCaption(key);
-    if (caption->GetEndTime() > time)
-      shown.push_back(caption);
-  }
+  mCaptions.ForEachShownAt(time, [&shown](const Entry& entry) { shown.push_back(entry.caption); });
   return shown;
 }
 
@@ -140,15 +125,15 @@ std::shared_ptr<OpenChange> StreamObject::BeginChange() {
 void StreamObject::WriteMeasures(const std::vector<Measure>& measures) {
   std::vector<StoredCaption> measured;
   for (const Measure& measure : measures) {
-    const auto found = mByKey.find(measure.key);
-    if (found == mByKey.end())
+    const Entry* entry = mCaptions.Find(measure.key);
+    if (!entry)
       continue;
-    const CaptionPtr& caption = found->second.caption;
+    const CaptionPtr caption = entry->caption;
     const auto& paragraph = caption->GetState()->paragraph;
     if (paragraph.lineWidth == measure.lineWidth && paragraph.blockHeight == measure.blockHeight)
       continue;
     caption->SetState(WithMeasure(*caption->GetState(), measure.lineWidth, measure.blockHeight));
-    measured.push_back({measure.key, found->second.age, caption->GetState()});
+    measured.push_back({measure.key, entry->age, caption->GetState()});
     if (!mProject)
       continue;
     for (OpenChangeObject* change : mProject->GetOpenChanges()) {
@@ -189,35 +174,26 @@ StoredCaption StreamObject::MakeStoredCaption(const CaptionStatePtr& state) {
 
 void StreamObject::Put(const CaptionKey& key, std::uint64_t age, const CaptionStatePtr& state, const CaptionPtr& made) {
   mNextAge = std::max(mNextAge, age + 1);
-  Entry& entry = mByKey[key];
-  if (entry.caption) {
-    mByPlace.erase({entry.caption->GetBeginTime(), entry.age});
-    entry.caption->SetState(state);
-  } else {
-    entry.age = age;
-    entry.caption = made ? made : CaptionPtr(new zebcaptioning::Caption(state));
-    entry.caption->SetRegions(mRegions);
+  if (const Entry* entry = mCaptions.Find(key)) {
+    entry->caption->SetState(state);
+    mCaptions.MoveToCaptionTimes(key);
+    return;
   }
-  mByPlace[{state->begin, entry.age}] = key;
+  const CaptionPtr caption = made ? made : CaptionPtr(new zebcaptioning::Caption(state));
+  caption->SetRegions(mRegions);
+  mCaptions.Insert(key, age, caption);
 }
 
-void StreamObject::Take(const CaptionKey& key) {
-  const auto found = mByKey.find(key);
-  if (found == mByKey.end())
-    return;
-  mByPlace.erase({found->second.caption->GetBeginTime(), found->second.age});
-  mByKey.erase(found);
-}
+void StreamObject::Take(const CaptionKey& key) { mCaptions.Erase(key); }
 
 std::vector<CaptionDelta> StreamObject::Resolve(const std::vector<CaptionDelta>& deltas) {
   std::vector<CaptionDelta> resolved;
   std::map<CaptionKey, std::size_t> places;
   for (const CaptionDelta& delta : deltas) {
     CaptionDelta real = delta;
-    const auto held = mByKey.find(delta.key);
-    if (held != mByKey.end()) {
-      real.age = held->second.age;
-      real.before = held->second.caption->GetState();
+    if (const Entry* held = mCaptions.Find(delta.key)) {
+      real.age = held->age;
+      real.before = held->caption->GetState();
     } else if (delta.key == CaptionKey{} || !delta.before) {
       real.before = nullptr;
       if (real.age == 0)
@@ -242,13 +218,13 @@ std::vector<CaptionDelta> StreamObject::Resolve(const std::vector<CaptionDelta>&
 
 std::vector<CaptionDelta> StreamObject::MakeShiftDeltas(TickTime from, TickTime to, TickTime offset) const {
   std::vector<CaptionDelta> deltas;
-  for (auto at = mByPlace.lower_bound({from, 0}); at != mByPlace.end() && at->first.first <= to; ++at) {
-    const CaptionStatePtr before = GetCaption(at->second)->GetState();
+  mCaptions.ForEachBeginningIn(from, to, [&deltas, offset](const Entry& entry) {
+    const CaptionStatePtr before = entry.caption->GetState();
     auto* after = new CaptionState(*before);
     after->begin = before->begin + offset;
     after->end = before->end + offset;
-    deltas.push_back({at->second, at->first.second, before, after});
-  }
+    deltas.push_back({entry.key, entry.age, before, after});
+  });
   return deltas;
 }
 
@@ -260,11 +236,11 @@ std::vector<CaptionDelta> StreamObject::MakeFormatDeltas(StreamFormat format) co
   const int columns = zebcaptioning::GetCaptionColumns(closed, IsStandardAspect());
   const int rows = zebcaptioning::GetCaptionRows(closed);
   std::vector<CaptionDelta> deltas;
-  for (const auto& [place, key] : mByPlace) {
-    const CaptionStatePtr before = GetCaption(key)->GetState();
-    deltas.push_back({key, place.second, before,
+  mCaptions.ForEach([&](const Entry& entry) {
+    const CaptionStatePtr before = entry.caption->GetState();
+    deltas.push_back({entry.key, entry.age, before,
                       zebcaptioning::ConvertToFormat(before, GetStreamFormat(), format, columns, rows, width, height)});
-  }
+  });
   return deltas;
 }
 

@@ -6,6 +6,7 @@
 
 #include "BE/ProjectRecords.h"
 #include "Captions/contracts/StreamMessages.h"
+#include "zebcaptioning/CaptionIndex.h"
 #include "zebcaptioning/CaptionRegions.h"
 
 namespace BE {
@@ -87,16 +88,9 @@ public:
   void RenewGuid();
 
 private:
-  struct Entry {
-    std::uint64_t age = 0;
-    CaptionPtr caption;
-  };
-  using Place = std::pair<TickTime, std::uint64_t>; // begin time, then age
-
   void Put(const CaptionKey& key, std::uint64_t age, const zebcaptioning::CaptionStatePtr& state,
            const CaptionPtr& made = {});
   void Take(const CaptionKey& key);
-  const std::pair<const Place, CaptionKey>* FindNewest(TickTime begin) const;
   InterfaceRef<ICaptioningStream> Self() const;
   bool IsStandardAspect() const;
 
@@ -107,8 +101,7 @@ private:
   zebcore::utility::ImmutableString mStation;
   zebcore::utility::Guid mGuid;
   boost::intrusive_ptr<zebcaptioning::CaptionRegions> mRegions;
-  std::map<CaptionKey, Entry> mByKey;
-  std::map<Place, CaptionKey> mByPlace;
+  zebcaptioning::CaptionIndex mCaptions;
   std::uint64_t mKeyTag; // the half of a key that all captions of a stream have in common
   std::uint64_t mNextAge = 1;
   int mBusy = 0;
