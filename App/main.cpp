@@ -168,13 +168,17 @@ class Program {
     MakeWindow();
   }
 
-  // Nobody is there to press a button.
+  // Nobody is there to press a button, or to care for what the toolkit says about a screen that there is none.
   static void SayInsteadOfAsking() {
     UIF::SetMessageBoxHook([](const UIF::MessageBoxRecord& box) {
       std::fprintf(stderr, "%s\n", zebcore::ToUTF8(box.text).c_str());
       return box.defaultResult;
     });
     App::SetProblemsPrinted(true);
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+      if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+    });
   }
 
   int TakePicture() {

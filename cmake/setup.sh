@@ -48,8 +48,9 @@ install_missing() {
   "${installer[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}" >&2 || true
 
   mapfile -t missing < <(missing_packages)
-  ((${#missing[@]} == 0)) ||
-    die "These packages could not be installed: ${missing[*]}" $'\n'"Without them Captivo cannot be built. Is there a network?"
+  ((${#missing[@]})) || return 0
+  say "These packages could not be installed: ${missing[*]}"
+  die "Without them Captivo cannot be built. Is there a network?"
 }
 
 # Compilers at once: one for each processor, fewer where memory is short.

@@ -38,11 +38,13 @@ QByteArray Inked(const QByteArray& drawing, const QColor& ink) {
 QIcon Symbol(const QString& name, const QColor& color) {
   const QByteArray drawing = Load(name);
   const QByteArray normal = Inked(drawing, color);
+  const QByteArray selected = Inked(drawing, QGuiApplication::palette().color(QPalette::HighlightedText));
   const QByteArray disabled =
       Inked(drawing, QGuiApplication::palette().color(QPalette::Disabled, QPalette::WindowText));
   QIcon icon;
   for (const int size : kSizes) {
     icon.addPixmap(Draw(normal, size), QIcon::Normal);
+    icon.addPixmap(Draw(selected, size), QIcon::Selected);
     icon.addPixmap(Draw(disabled, size), QIcon::Disabled);
   }
   return icon;
