@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -5,6 +6,7 @@
 
 #include "Formats/CueBuilder.h"
 #include "Formats/Text.h"
+#include "zebcaptioning/FormatFacts.h"
 
 namespace Formats {
 
@@ -120,70 +122,46 @@ CaptioningColor NearestColor(const CaptioningColor& wanted, const std::vector<Ca
   return nearest;
 }
 
-FormatRules::FormatRules(StreamFormat format) : mFormat(format), mIsOpen(zebcaptioning::IsOpenCaptions(format)) {
-  const auto load = [&](Palette& palette, CaptioningColor::ColorType type) {
-    std::map<float, UString> opacities;
-    CaptioningColor::EnumerateLegalColors(format, type, palette.names, opacities);
-    for (const auto& [color, name] : palette.names)
-      palette.colors.push_back(color);
-    for (const auto& [opacity, name] : opacities)
-      palette.opacities.push_back(opacity);
-  };
-  load(mText, CaptioningColor::kColorType_Text);
-  load(mBackground, CaptioningColor::kColorType_Background);
-}
+FormatRules::FormatRules(StreamFormat format) : mFormat(format), mIsOpen(zebcaptioning::IsOpenCaptions(format)) {}
 
-void FormatRules::FitColor(CaptioningColor& color, const Palette& palette, bool isText,
-                           std::vector<std::string>& losses) const {
-  if (palette.colors.empty())
-    return;
-  CaptioningColor legal = NearestColor(color, palette.colors);
-  const UString& name = palette.names.at(legal);
-  // A transparent entry of the palette is a colour of its own; a visible one keeps the opacity that was asked for, as
-  // near as the format has it.
-  if (!legal.IsTransparent()) {
-    legal.alpha = color.alpha;
-    if (!palette.opacities.empty()) {
-      for (const float opacity : palette.opacities) {
-        if (opacity == palette.opacities.front() ||
-            std::abs(opacity - color.alpha) < std::abs(legal.alpha - color.alpha))
-          legal.alpha = opacity;
-      }
-    } else {
-      legal.alpha = 1.0F;
-    }
+const FormatRules::Fitted& FormatRules::Find(const TextSpanAttributes& wanted) {
+  // A file has few looks, and neighbours mostly share one.
+  for (const Fitted& known : mKnown) {
+    if (known.wanted == wanted)
+      return known;
   }
-  if (PrintColor(legal) != PrintColor(color)) {
-    const std::string loss =
-        isText ? Say("$$$/Vidra/Formats/LossColor=the colour {0} (now {1})", {PrintColor(color), zebcore::ToUTF8(name)})
-               : Say("$$$/Vidra/Formats/LossBackground=the background {0} (now {1})",
-                     {PrintColor(color), zebcore::ToUTF8(name)});
-    if (std::find(losses.begin(), losses.end(), loss) == losses.end())
-      losses.push_back(loss);
-  }
-  color = legal;
-}
-
-TextSpanAttributes FormatRules::Fit(const TextSpanAttributes& wanted, std::vector<std::string>& losses) {
-  TextSpanAttributes fitted = wanted;
+  if (mKnown.size() >= kMaxKnown)
+    mKnown.erase(mKnown.begin());
+  Fitted fitted;
+  fitted.wanted = wanted;
+  const TextSpanAttributes legal = zebcaptioning::NearestLegalSpan(mFormat, wanted);
   static const TextSpanAttributes kPlain;
-  // White on black is where every format starts from.
-  if (wanted.textColor != kPlain.textColor)
-    FitColor(fitted.textColor, mText, true, losses);
-  if (wanted.backgroundColor != kPlain.backgroundColor)
-    FitColor(fitted.backgroundColor, mBackground, false, losses);
-  const auto drop = [&](bool& flag, bool may, const char* what) {
-    if (!flag || may)
-      return;
-    flag = false;
-    const std::string loss = Say(what);
+  const auto lose = [&](bool isDifferent, std::string what) {
+    if (isDifferent)
+      fitted.losses.push_back(std::move(what));
+  };
+  const std::string color = PrintColor(wanted.textColor);
+  const std::string background = PrintColor(wanted.backgroundColor);
+  lose(wanted.textColor != kPlain.textColor && PrintColor(legal.textColor) != color,
+       Say("$$$/Vidra/Formats/LossColor=the colour {0} (now {1})", {color, PrintColor(legal.textColor)}));
+  lose(wanted.backgroundColor != kPlain.backgroundColor && PrintColor(legal.backgroundColor) != background,
+       Say("$$$/Vidra/Formats/LossBackground=the background {0} (now {1})",
+           {background, PrintColor(legal.backgroundColor)}));
+  lose(wanted.bold && !legal.bold, Say("$$$/Vidra/Formats/LossBold=bold"));
+  lose(wanted.italic && !legal.italic, Say("$$$/Vidra/Formats/LossItalic=italics"));
+  lose(wanted.underline && !legal.underline, Say("$$$/Vidra/Formats/LossUnderline=underline"));
+  fitted.span = zebcaptioning::Share(legal);
+  mKnown.push_back(std::move(fitted));
+  return mKnown.back();
+}
+
+zebcaptioning::SharedSpan FormatRules::Fit(const TextSpanAttributes& wanted, std::vector<std::string>& losses) {
+  const Fitted& fitted = Find(wanted);
+  for (const std::string& loss : fitted.losses) {
     if (std::find(losses.begin(), losses.end(), loss) == losses.end())
       losses.push_back(loss);
-  };
-  drop(fitted.bold, mMayBold, "$$$/Vidra/Formats/LossBold=bold");
-  drop(fitted.italic, mMayItalic, "$$$/Vidra/Formats/LossItalic=italics");
-  drop(fitted.underline, mMayUnderline, "$$$/Vidra/Formats/LossUnderline=underline");
-  return fitted;
+  }
+  return fitted.span;
 }
 
 } // namespace Formats

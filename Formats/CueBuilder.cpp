@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Formats/Text.h"
+#include "zebcaptioning/FormatFacts.h"
 
 namespace Formats {
 
@@ -98,11 +99,12 @@ boost::intrusive_ptr<CaptionState> CueBuilder::Build(TickTime begin, TickTime en
   if (mRuns.empty())
     mRuns.push_back({0, Current()});
   for (const Run& run : mRuns) {
-    const TextSpanAttributes fitted = mRules.Fit(run.attributes, mLosses);
-    if (state->runs.empty() || !(*state->runs.back().attributes == fitted))
-      state->runs.push_back({run.start, zebcaptioning::Share(fitted)});
+    const zebcaptioning::SharedSpan fitted = mRules.Fit(run.attributes, mLosses);
+    if (state->runs.empty() || !(*state->runs.back().attributes == *fitted))
+      state->runs.push_back({run.start, fitted});
   }
   state->text = std::move(mText);
+  state->paragraph.captionType = zebcaptioning::GetDefaultCaptionType(mRules.GetFormat());
   state->paragraph.anchor = placement.anchor;
   state->paragraph.alignment = static_cast<ParagraphStyleAttributes::TextAlignmentType>(placement.alignment);
   state->paragraph.x = placement.x;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -33,23 +32,20 @@ class FormatRules {
   StreamFormat GetFormat() const { return mFormat; }
   bool IsOpen() const { return mIsOpen; }
   // The nearest that the format allows; what had to change is added to losses, each once.
-  TextSpanAttributes Fit(const TextSpanAttributes& wanted, std::vector<std::string>& losses);
+  zebcaptioning::SharedSpan Fit(const TextSpanAttributes& wanted, std::vector<std::string>& losses);
 
  private:
-  struct Palette {
-    std::map<CaptioningColor, UString> names;
-    std::vector<CaptioningColor> colors;
-    std::vector<float> opacities;
+  struct Fitted {
+    TextSpanAttributes wanted;
+    zebcaptioning::SharedSpan span;
+    std::vector<std::string> losses;
   };
-  void FitColor(CaptioningColor& color, const Palette& palette, bool isText, std::vector<std::string>& losses) const;
+  static constexpr std::size_t kMaxKnown = 16;
+  const Fitted& Find(const TextSpanAttributes& wanted);
 
   StreamFormat mFormat;
   bool mIsOpen;
-  Palette mText;
-  Palette mBackground;
-  bool mMayBold = true;
-  bool mMayItalic = true;
-  bool mMayUnderline = true;
+  std::vector<Fitted> mKnown; // oldest first
 };
 
 // Where a caption stands: what the two file formats can say about it.

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <set>
 
 #include "Formats/Text.h"
+#include "zebcaptioning/FormatFacts.h"
 
 namespace Formats {
 
@@ -92,33 +92,25 @@ class CueText {
   std::string mOut;
 };
 
-// Readers take the first type of a format, so that one is not lost.
-bool IsUsualType(zebcaptioning::CaptionType type, StreamFormat format) {
-  std::set<zebcaptioning::CaptionType> types;
-  if (type == zebcaptioning::kCaptionType_None || !zebcaptioning::GetSupportedCaptionTypes(format, types))
-    return true;
-  return types.empty() || type == *types.begin();
-}
-
 // What neither kind of file has words for.
-void LoseCommon(const CaptionState& state, StreamFormat format, Losses& losses) {
-  if (!IsUsualType(state.paragraph.captionType, format))
+void LoseCommon(const CaptionState& state, const TextSpanAttributes& plain, StreamFormat format, Losses& losses) {
+  const zebcaptioning::CaptionType type = state.paragraph.captionType;
+  if (type != zebcaptioning::kCaptionType_None && type != zebcaptioning::GetDefaultCaptionType(format))
     AddLoss(losses, Say("$$$/Vidra/Formats/LossType=the display type \"{0}\"",
-                        {zebcore::ToUTF8(zebcaptioning::GetCaptionTypeDescription(state.paragraph.captionType))}));
+                        {zebcore::ToUTF8(zebcaptioning::GetCaptionTypeDescription(type))}));
   if (!state.paragraph.region.IsNull())
     AddLoss(losses, Say("$$$/Vidra/Formats/LossRegionName=the region \"{0}\"", {state.paragraph.region.Text()}));
   if (!state.paragraph.style.IsNull())
     AddLoss(losses, Say("$$$/Vidra/Formats/LossStyleName=the style \"{0}\"", {state.paragraph.style.Text()}));
   if (state.paragraph.lineSpacing != 0)
     AddLoss(losses, Say("$$$/Vidra/Formats/LossLineSpacing=the line spacing"));
-  static const TextSpanAttributes kPlain;
   for (const zebcaptioning::TextRun& run : state.runs) {
     const TextSpanAttributes& span = *run.attributes;
-    if (span.family != kPlain.family)
+    if (span.family != plain.family)
       AddLoss(losses, Say("$$$/Vidra/Formats/LossFamily=the font \"{0}\"", {Quote(span.family)}));
-    if (span.size != kPlain.size)
+    if (span.size != plain.size)
       AddLoss(losses, Say("$$$/Vidra/Formats/LossSize=the text size"));
-    if (span.edgeWidth != kPlain.edgeWidth || span.edgeColor != kPlain.edgeColor)
+    if (span.edgeWidth != plain.edgeWidth || span.edgeColor != plain.edgeColor)
       AddLoss(losses, Say("$$$/Vidra/Formats/LossEdge=the text edge"));
     if (span.textColor.alpha != 1.0F)
       AddLoss(losses, Say("$$$/Vidra/Formats/LossOpacity=the opacity of the text"));
@@ -137,6 +129,8 @@ WriteResult WriteCues(const Syntax& syntax, std::span<const CaptionStatePtr> cap
   result.bytes = syntax.head;
   int line = 1 + static_cast<int>(std::count(result.bytes.begin(), result.bytes.end(), '\n'));
   int number = 0;
+  // What readers give to text without tags.
+  const TextSpanAttributes plain = zebcaptioning::NearestLegalSpan(syntax.format, TextSpanAttributes());
   ProgressMeter meter(progress, captions.size());
   std::size_t done = 0;
   for (const CaptionStatePtr& state : captions) {
@@ -155,7 +149,7 @@ WriteResult WriteCues(const Syntax& syntax, std::span<const CaptionStatePtr> cap
       AddLoss(losses, Say("$$$/Vidra/Formats/LossBegin=the part of its time before zero"));
     begin = std::max<std::int64_t>(begin, 0);
     end = std::min(std::max(end, begin + 1), kMaxMilliseconds + 1);
-    LoseCommon(*state, syntax.format, losses);
+    LoseCommon(*state, plain, syntax.format, losses);
     std::string cue;
     if (syntax.hasNumbers)
       cue += std::to_string(++number) + "\n";
@@ -175,7 +169,6 @@ WriteResult WriteCues(const Syntax& syntax, std::span<const CaptionStatePtr> cap
     line += static_cast<int>(std::count(cue.begin(), cue.end(), '\n'));
     result.bytes += cue;
   }
-  meter.Reach(captions.size());
   return result;
 }
 

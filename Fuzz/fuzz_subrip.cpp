@@ -1,0 +1,6 @@
+#include "Fuzz/RoundTrip.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  CheckReader(data, size, Formats::FileKind::SubRip);
+  return 0;
+}
