@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "App/Session.h"
@@ -196,9 +197,17 @@ class Program {
   std::unique_ptr<App::MainWindow> mWindow;
 };
 
+// A picture needs no display. Known before the toolkit starts, which reads the rest of the command line.
+void UseNoDisplayForPictures(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i)
+    if (std::string_view(argv[i]).starts_with("--picture"))
+      setenv("QT_QPA_PLATFORM", "offscreen", 0);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+  UseNoDisplayForPictures(argc, argv);
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("captivo"));
   QApplication::setApplicationDisplayName(QStringLiteral("Captivo"));

@@ -21,6 +21,7 @@ namespace App {
 
 namespace {
 
+constexpr int kNameWidth = 150;
 constexpr int kIDRole = Qt::UserRole;
 constexpr int kColumn_Name = 0;
 constexpr int kColumn_Details = 1;
@@ -76,6 +77,7 @@ Bin::Bin(QWidget* parent)
   mTree->setHeaderLabels({Label("$$$/Vidra/Captivo/Bin/Name=Name"), Label("$$$/Vidra/Captivo/Bin/Details=Details")});
   mTree->header()->setSectionResizeMode(kColumn_Name, QHeaderView::ResizeToContents);
   mTree->header()->setStretchLastSection(true);
+  mTree->header()->setMinimumSectionSize(kNameWidth);
   mTree->setFrameShape(QFrame::NoFrame);
   mTree->setUniformRowHeights(true);
   mTree->setContextMenuPolicy(Qt::CustomContextMenu);

@@ -47,7 +47,7 @@ MainWindow::MainWindow(std::function<void()> askRebuild) : mAskRebuild(std::move
   setObjectName(QStringLiteral("main"));
   setWindowIcon(ProgramIcon());
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
-  setUnifiedTitleAndToolBarOnMac(true);
+  setAcceptDrops(true);
   MakeDocks();
   MakeStatusBar();
   MakeMenus();

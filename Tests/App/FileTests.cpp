@@ -120,8 +120,8 @@ class Scripts : public ::testing::TestWithParam<const char*> {};
 TEST_P(Scripts, AreGoodShellAndMayBeRun) {
   const fs::path script = fs::path(CAPTIVO_SOURCE_DIR) / GetParam();
   EXPECT_EQ(std::system(("bash -n '" + script.string() + "'").c_str()), 0);
-  if (script.extension() != ".sh")
-    EXPECT_NE(fs::status(script).permissions() & fs::perms::owner_exec, fs::perms::none);
+  const bool isCommand = script.extension() != ".sh";
+  EXPECT_EQ((fs::status(script).permissions() & fs::perms::owner_exec) != fs::perms::none, isCommand);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Scripts, ::testing::Values("captivo", "check", ".ci/run", "cmake/setup.sh"));

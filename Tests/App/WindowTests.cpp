@@ -4,11 +4,13 @@
 #include <QDockWidget>
 #include <QDropEvent>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusBar>
 #include <QTest>
+#include <QTextEdit>
 #include <QTreeWidget>
 #include <QUrl>
 
@@ -67,10 +69,12 @@ class Window : public SessionTest {
     for (const fs::path& file : files)
       urls.push_back(QUrl::fromLocalFile(QString::fromStdString(file.string())));
     dropped.setUrls(urls);
+    QDragEnterEvent entered(QPoint(2, 2), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &entered);
     QDropEvent event(QPointF(2, 2), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &event);
     QApplication::processEvents();
-    return event.isAccepted();
+    return entered.isAccepted() && event.isAccepted();
   }
 
   std::unique_ptr<App::MainWindow> window;
@@ -154,6 +158,15 @@ TEST_F(Window, TakesACaptionFileThatIsDroppedAnywhere) {
   ASSERT_EQ(clip->GetStreams().size(), 1u);
   EXPECT_EQ(clip->GetStreams()[0]->GetCaptionCount(), 2u);
   EXPECT_THAT(said, IsEmpty());
+}
+
+TEST_F(Window, TakesACaptionFileThatIsDroppedOnATextAsAFileAndNotAsItsName) {
+  auto* text = new QTextEdit;
+  window->statusBar()->addPermanentWidget(text);
+  text->show();
+  EXPECT_TRUE(Drop(text->viewport(), {folder.Write("good.srt", kTwoCaptions)}));
+  EXPECT_EQ(clip->GetStreams().size(), 1u);
+  EXPECT_TRUE(text->toPlainText().isEmpty());
 }
 
 TEST_F(Window, GivesDroppedCaptionsToTheClipOfTheirName) {
