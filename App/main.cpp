@@ -6,6 +6,7 @@
 #include <QStyleFactory>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -169,17 +170,13 @@ class Program {
     MakeWindow();
   }
 
-  // Nobody is there to press a button, or to care for what the toolkit says about a screen that there is none.
+  // Nobody is there to press a button.
   static void SayInsteadOfAsking() {
     UIF::SetMessageBoxHook([](const UIF::MessageBoxRecord& box) {
       std::fprintf(stderr, "%s\n", zebcore::ToUTF8(box.text).c_str());
       return box.defaultResult;
     });
     App::SetProblemsPrinted(true);
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-      if (type == QtCriticalMsg || type == QtFatalMsg)
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-    });
   }
 
   int TakePicture() {
@@ -197,17 +194,24 @@ class Program {
   std::unique_ptr<App::MainWindow> mWindow;
 };
 
-// A picture needs no display. Known before the toolkit starts, which reads the rest of the command line.
-void UseNoDisplayForPictures(int argc, char** argv) {
-  for (int i = 1; i < argc; ++i)
-    if (std::string_view(argv[i]).starts_with("--picture"))
-      setenv("QT_QPA_PLATFORM", "offscreen", 0);
+// A picture needs no display, and nobody cares for what the toolkit says about a desktop that is not there. Known
+// before the toolkit starts, which reads the rest of the command line.
+void PrepareForPictures(int argc, char** argv) {
+  const bool isPicture = std::any_of(argv + 1, argv + argc,
+                                     [](const char* text) { return std::string_view(text).starts_with("--picture"); });
+  if (!isPicture)
+    return;
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+      std::fprintf(stderr, "%s\n", qPrintable(text));
+  });
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-  UseNoDisplayForPictures(argc, argv);
+  PrepareForPictures(argc, argv);
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("captivo"));
   QApplication::setApplicationDisplayName(QStringLiteral("Captivo"));

@@ -21,7 +21,7 @@ namespace App {
 
 namespace {
 
-constexpr int kNameWidth = 150;
+constexpr int kColumnWidth = 110;
 constexpr int kIDRole = Qt::UserRole;
 constexpr int kColumn_Name = 0;
 constexpr int kColumn_Details = 1;
@@ -77,9 +77,10 @@ Bin::Bin(QWidget* parent)
   mTree->setHeaderLabels({Label("$$$/Vidra/Captivo/Bin/Name=Name"), Label("$$$/Vidra/Captivo/Bin/Details=Details")});
   mTree->header()->setSectionResizeMode(kColumn_Name, QHeaderView::ResizeToContents);
   mTree->header()->setStretchLastSection(true);
-  mTree->header()->setMinimumSectionSize(kNameWidth);
+  mTree->header()->setMinimumSectionSize(kColumnWidth);
   mTree->setFrameShape(QFrame::NoFrame);
   mTree->setUniformRowHeights(true);
+  mTree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   mTree->setContextMenuPolicy(Qt::CustomContextMenu);
   mTree->setExpandsOnDoubleClick(false);
   mTree->setAccessibleName(Label("$$$/Vidra/Captivo/Bin/Title=Project"));

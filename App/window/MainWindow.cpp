@@ -31,7 +31,6 @@ namespace {
 
 constexpr int kNoticeMilliseconds = 8000;
 constexpr int kBinWidth = 330;
-constexpr int kPanelWidth = 870;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";
@@ -83,8 +82,6 @@ UIF::WorkspaceFrame* MainWindow::MakeFrame(const zebcore::UString& tabID) {
     return made->second;
   auto* frame = new DockFrame(tabID, this);
   addDockWidget(Qt::RightDockWidgetArea, frame);
-  if (QDockWidget* bin = findChild<QDockWidget*>(QStringLiteral("bin")))
-    resizeDocks({bin, frame}, {kBinWidth, kPanelWidth}, Qt::Horizontal);
   mFrames[tabID] = frame;
   return frame;
 }
@@ -104,10 +101,13 @@ void MainWindow::OpenPanel() {
 // The docks are told of before they exist: the panel's is made when it is first opened.
 void MainWindow::RestoreLayout(bool asLeft) {
   OpenPanel();
-  if (!asLeft)
+  if (asLeft && restoreGeometry(settings::GetGeometry()) && restoreState(settings::GetLayout()))
     return;
-  restoreGeometry(settings::GetGeometry());
-  restoreState(settings::GetLayout());
+  // Docks take their widths only once the window has its own.
+  QTimer::singleShot(0, this, [this] {
+    if (auto* bin = findChild<QDockWidget*>(QStringLiteral("bin")))
+      resizeDocks({bin}, {kBinWidth}, Qt::Horizontal);
+  });
 }
 
 void MainWindow::StoreLayout() {

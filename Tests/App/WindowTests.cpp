@@ -18,9 +18,12 @@
 #include "App/window/Labels.h"
 #include "App/window/MainWindow.h"
 #include "App/window/ProblemsWindow.h"
+#include "HSL/Module.h"
 #include "Support.h"
 #include "UIF/Dialogs.h"
+#include "UIF/TabView.h"
 #include "UIF/Theme.h"
+#include "UIF/Workspace.h"
 
 namespace AppTest {
 
@@ -206,6 +209,53 @@ TEST_F(Window, SaysThatThePanelIsMissingWhenItsModuleIsNotThere) {
   for (const QLabel* label : window->statusBar()->findChildren<QLabel*>())
     found = found || (!label->isHidden() && label->text().contains("Captions panel"));
   EXPECT_TRUE(found);
+}
+
+// The same with the panel, loaded as the program loads it.
+class WindowWithPanel : public Window {
+ protected:
+  WindowWithPanel() {
+    EXPECT_GE(HSL::ModuleLoader::LoadAll(fs::path(CAPTIVO_BINARY_DIR) / "modules"), 1);
+    module = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"captions");
+    EXPECT_TRUE(session().ImportCaptions(clip, folder.Write("good.srt", kTwoCaptions), cc1));
+    MakeWindow();
+  }
+  ~WindowWithPanel() override { window.reset(); }
+  void MakeWindow() {
+    window.reset();
+    window = std::make_unique<App::MainWindow>([] {});
+    window->RestoreLayout(false);
+    window->ShowProject();
+    window->show();
+    QApplication::processEvents();
+  }
+  UIF::TabView* Panel() {
+    return UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(HSL::kCaptionsHandlerID) : nullptr;
+  }
+
+  std::unique_ptr<HSL::Module> module;
+};
+
+TEST_F(WindowWithPanel, DocksTheCaptionsPanel) {
+  ASSERT_TRUE(Panel());
+  EXPECT_TRUE(Panel()->IsShown());
+}
+
+TEST_F(WindowWithPanel, CanBeMadeAnewInAnotherThemeWithItsPanel) {
+  UIF::ApplyTheme(UIF::Theme::Dark);
+  MakeWindow();
+  ASSERT_TRUE(Panel());
+  EXPECT_TRUE(Panel()->IsShown());
+}
+
+TEST_F(WindowWithPanel, HidesThePanelWithItsDockAndShowsItAgain) {
+  ASSERT_TRUE(Panel());
+  auto* dock = dynamic_cast<QDockWidget*>(Panel()->GetFrame());
+  ASSERT_TRUE(dock);
+  dock->close();
+  EXPECT_FALSE(Panel()->IsShown());
+  session().OpenCaptions();
+  EXPECT_TRUE(Panel()->IsShown());
 }
 
 TEST(ProblemsAsText, HasALineForEachProblemAndADashWhereThereIsNoLine) {
