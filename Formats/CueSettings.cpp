@@ -220,6 +220,9 @@ Placement ReadCueSettings(std::u16string_view text, StreamFormat format, CueBuil
     return PlaceText(format, builder.GetText(), kNoAnchor, settings.alignment);
   const std::optional<int> row = AnchorRow(settings);
   const std::optional<int> column = AnchorColumn(settings);
+  const bool hasLine = settings.lineNumber || settings.linePercent;
+  if (!hasLine && column == settings.alignment)
+    return PlaceText(format, builder.GetText(), kNoAnchor, settings.alignment);
   if (row && column)
     return PlaceText(format, builder.GetText(), *row * 3 + *column, settings.alignment);
   return zebcaptioning::IsOpenCaptions(format) ? PlaceOpen(settings, builder)

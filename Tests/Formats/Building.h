@@ -29,7 +29,9 @@ inline const StreamFormat kOpen = zebcaptioning::GetStreamFormat(zebcaptioning::
 inline const StreamFormat k608 = zebcaptioning::kStreamFormat_608_CC1;
 inline const StreamFormat kTeletext = zebcaptioning::GetStreamFormat(zebcaptioning::FormatFamily::Teletext, 1);
 
-inline TickTime Ms(std::int64_t milliseconds) { return TickTime(milliseconds * 254016000); }
+inline TickTime Ms(std::int64_t milliseconds) {
+  return TickTime(milliseconds * 254016000);
+}
 
 inline const CaptioningColor kWhite{1, 1, 1, 1};
 inline const CaptioningColor kRed{1, 0, 0, 1};
@@ -37,12 +39,16 @@ inline const CaptioningColor kYellow{1, 1, 0, 1};
 inline const CaptioningColor kBlue{0, 0, 1, 1};
 
 // A cue around a text.
-inline std::string SubRip(const std::string& text) { return "1\n00:00:01,000 --> 00:00:02,000\n" + text + "\n"; }
+inline std::string SubRip(const std::string& text) {
+  return "1\n00:00:01,000 --> 00:00:02,000\n" + text + "\n";
+}
 inline std::string WebVTT(const std::string& text, const std::string& settings = "") {
   return "WEBVTT\n\n00:01.000 --> 00:02.000" + (settings.empty() ? "" : " " + settings) + "\n" + text + "\n";
 }
 
-inline std::string Text(const CaptionStatePtr& state) { return zebcore::ToUTF8(state->text); }
+inline std::string Text(const CaptionStatePtr& state) {
+  return zebcore::ToUTF8(state->text);
+}
 inline std::vector<std::string> Texts(const ReadResult& result) {
   std::vector<std::string> texts;
   for (const CaptionStatePtr& state : result.captions)
@@ -90,7 +96,9 @@ inline std::string ProblemReason(const ReadResult& result) {
   EXPECT_EQ(result.problems.size(), 1U);
   return result.problems.empty() ? "" : result.problems[0].reason;
 }
-inline bool Says(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+inline bool Says(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 inline boost::intrusive_ptr<CaptionState> Caption(std::int64_t begin, std::int64_t end, const UString& text) {
   boost::intrusive_ptr<CaptionState> state(new CaptionState);

@@ -25,7 +25,9 @@ void ExpectText(const std::string& bytes, const std::string& encoding, const USt
 
 } // namespace
 
-TEST(Encoding, Utf8IsFoundWithoutAMark) { ExpectText(zebcore::ToUTF8(kFile), "UTF-8", u"Čaj, прошу – 茶"); }
+TEST(Encoding, Utf8IsFoundWithoutAMark) {
+  ExpectText(zebcore::ToUTF8(kFile), "UTF-8", u"Čaj, прошу – 茶");
+}
 TEST(Encoding, Utf8IsFoundByItsMarkWhichIsNoText) {
   ExpectText("\xEF\xBB\xBF" + zebcore::ToUTF8(kFile), "UTF-8", u"Čaj, прошу – 茶");
 }
@@ -44,8 +46,12 @@ TEST(Encoding, Utf16BigEndianIsFoundWithoutAMark) {
 TEST(Encoding, BytesBetween0x80And0x9FMakeItWindows1252) {
   ExpectText(SubRip("Caf\xE9 \x96 5\x80 \x93ja\x94"), "windows-1252", u"Café – 5€ “ja”");
 }
-TEST(Encoding, AccentsAloneAreLatin1) { ExpectText(SubRip("Caf\xE9 \xFC"), "ISO-8859-1", u"Café ü"); }
-TEST(Encoding, PlainASCIIIsUtf8) { ExpectText(SubRip("Tea"), "UTF-8", u"Tea"); }
+TEST(Encoding, AccentsAloneAreLatin1) {
+  ExpectText(SubRip("Caf\xE9 \xFC"), "ISO-8859-1", u"Café ü");
+}
+TEST(Encoding, PlainASCIIIsUtf8) {
+  ExpectText(SubRip("Tea"), "UTF-8", u"Tea");
+}
 TEST(Encoding, OneDamagedByteDoesNotTurnALongUtf8TextIntoLatin1) {
   ExpectText(SubRip("ääääääääääää \xFF"), "UTF-8", u"ääääääääääää �");
 }
@@ -117,5 +123,9 @@ TEST(BadInput, AWebVTTFileWithoutItsSignatureIsRefused) {
   }
 }
 TEST(BadInput, AnUnknownFileIsToldWhichKindsCanBeRead) {
-  EXPECT_TRUE(Says(Formats::Read("\x7F" "ELF\x02\x01\x01", "program", k608).error, ".srt"));
+  EXPECT_TRUE(Says(Formats::Read("\x7F"
+                                 "ELF\x02\x01\x01",
+                                 "program", k608)
+                       .error,
+                   ".srt"));
 }

@@ -10,22 +10,24 @@ namespace {
 
 // Characters that mean something to a reader come often.
 rc::Gen<char16_t> GenUnit() {
-  static const std::vector<char16_t> kDelicate{u'<', u'>', u'&', u'{', u'}', u'\\', u'\n', u' ', u'-', u'/', u'b', u'i',
-                                               u';', u'1', u':', u',', u'.', u'\t', u'a', u'm', u'p', u'#', u'"',
-                                               u'\u00A0', u'é', u'茶', u'n', u'c', u'v'};
+  static const std::vector<char16_t> kDelicate{u'<', u'>', u'&', u'{',      u'}', u'\\', u'\n', u' ',  u'-', u'/',
+                                               u'b', u'i', u';', u'1',      u':', u',',  u'.',  u'\t', u'a', u'm',
+                                               u'p', u'#', u'"', u'\u00A0', u'é', u'茶', u'n',  u'c',  u'v'};
   return rc::gen::elementOf(kDelicate);
 }
 rc::Gen<UString> GenText() {
-  static const std::vector<UString> kPieces{u"<b>", u"</i>", u"-->", u"&amp;", u"{\\an8}", u"\n\n", u"00:00:01,000 --> 00:00:02,000",
-                                            u"1\n", u"<c.red>", u"&#65;", u"NOTE", u"WEBVTT", u"\U0001F600", u"<br>"};
-  return rc::gen::map(rc::gen::container<std::vector<UString>>(rc::gen::oneOf(
-                          rc::gen::map(GenUnit(), [](char16_t c) { return UString(1, c); }), rc::gen::elementOf(kPieces))),
-                      [](const std::vector<UString>& parts) {
-                        UString text;
-                        for (const UString& part : parts)
-                          text += part;
-                        return text;
-                      });
+  static const std::vector<UString> kPieces{
+      u"<b>", u"</i>",    u"-->",   u"&amp;", u"{\\an8}", u"\n\n",       u"00:00:01,000 --> 00:00:02,000",
+      u"1\n", u"<c.red>", u"&#65;", u"NOTE",  u"WEBVTT",  u"\U0001F600", u"<br>"};
+  return rc::gen::map(
+      rc::gen::container<std::vector<UString>>(rc::gen::oneOf(
+          rc::gen::map(GenUnit(), [](char16_t c) { return UString(1, c); }), rc::gen::elementOf(kPieces))),
+      [](const std::vector<UString>& parts) {
+        UString text;
+        for (const UString& part : parts)
+          text += part;
+        return text;
+      });
 }
 
 TextSpanAttributes GenSpan(FileKind kind) {
@@ -144,10 +146,18 @@ void CheckSane(const std::string& bytes) {
 
 } // namespace
 
-RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsSubRipForOpenCaptionsIsReadAsItWas, ()) { CheckRoundTrip(FileKind::SubRip, kOpen); }
-RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsSubRipForCEA608IsReadAsItWas, ()) { CheckRoundTrip(FileKind::SubRip, k608); }
-RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsWebVTTForOpenCaptionsIsReadAsItWas, ()) { CheckRoundTrip(FileKind::WebVTT, kOpen); }
-RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsWebVTTForCEA608IsReadAsItWas, ()) { CheckRoundTrip(FileKind::WebVTT, k608); }
+RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsSubRipForOpenCaptionsIsReadAsItWas, ()) {
+  CheckRoundTrip(FileKind::SubRip, kOpen);
+}
+RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsSubRipForCEA608IsReadAsItWas, ()) {
+  CheckRoundTrip(FileKind::SubRip, k608);
+}
+RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsWebVTTForOpenCaptionsIsReadAsItWas, ()) {
+  CheckRoundTrip(FileKind::WebVTT, kOpen);
+}
+RC_GTEST_PROP(RoundTrip, WhatIsWrittenAsWebVTTForCEA608IsReadAsItWas, ()) {
+  CheckRoundTrip(FileKind::WebVTT, k608);
+}
 
 RC_GTEST_PROP(Readers, AnyBytesGiveCaptionsInOrderOrAnError, ()) {
   CheckSane(*rc::gen::container<std::string>(rc::gen::arbitrary<char>()));
@@ -157,6 +167,7 @@ RC_GTEST_PROP(Readers, ADamagedSubRipFileGivesCaptionsInOrderOrAnError, ()) {
                        "00:00:02,000 --> 00:00:03,500\n<i>Three\nfour\n\n3\n00:00:05,000 --> 00:00:06,000\nFive\n"));
 }
 RC_GTEST_PROP(Readers, ADamagedWebVTTFileGivesCaptionsInOrderOrAnError, ()) {
-  CheckSane(GenDamaged("WEBVTT\n\nNOTE x\n\na\n00:01.000 --> 00:02.000 line:10% position:5%,line-left align:end\n"
-                       "<v Bob>One <c.red.bg_blue>two</c>&lt;<00:01.500>\n\n00:03.000 --> 00:04.000\n<ruby>a<rt>b</ruby>\n"));
+  CheckSane(
+      GenDamaged("WEBVTT\n\nNOTE x\n\na\n00:01.000 --> 00:02.000 line:10% position:5%,line-left align:end\n"
+                 "<v Bob>One <c.red.bg_blue>two</c>&lt;<00:01.500>\n\n00:03.000 --> 00:04.000\n<ruby>a<rt>b</ruby>\n"));
 }

@@ -4,7 +4,9 @@ using namespace building;
 
 namespace {
 
-ReadResult Read(const std::string& bytes, StreamFormat format = kOpen) { return Formats::ReadSubRip(bytes, format); }
+ReadResult Read(const std::string& bytes, StreamFormat format = kOpen) {
+  return Formats::ReadSubRip(bytes, format);
+}
 
 void ExpectTimes(const std::string& times, std::int64_t begin, std::int64_t end) {
   const ReadResult result = Read("1\n" + times + "\nTea\n");
@@ -14,7 +16,8 @@ void ExpectTimes(const std::string& times, std::int64_t begin, std::int64_t end)
 }
 
 void ExpectBroken(const std::string& times, const std::string& why) {
-  const ReadResult result = Read(SubRip("Before") + "\n2\n" + times + "\nBroken\nto the end\n\n3\n"
+  const ReadResult result = Read(SubRip("Before") + "\n2\n" + times +
+                                 "\nBroken\nto the end\n\n3\n"
                                  "00:01:01,000 --> 00:01:02,000\nAfter\n");
   EXPECT_EQ(Texts(result), (std::vector<std::string>{"Before", "After"})) << times;
   EXPECT_EQ(ProblemLine(result), 6) << times;
@@ -23,24 +26,40 @@ void ExpectBroken(const std::string& times, const std::string& why) {
 
 } // namespace
 
-TEST(SubRipTimes, AreExactToTheTick) { ExpectTimes("01:02:03,004 --> 12:34:56,789", 3723004, 45296789); }
-TEST(SubRipTimes, MayHaveAPointForTheComma) { ExpectTimes("00:00:01.500 --> 00:00:02.250", 1500, 2250); }
-TEST(SubRipTimes, MayLackTheHours) { ExpectTimes("00:01,500 --> 01:02,250", 1500, 62250); }
-TEST(SubRipTimes, MayLackTheFraction) { ExpectTimes("00:00:01 --> 00:00:02", 1000, 2000); }
-TEST(SubRipTimes, TakeFewerDigitsAsTenthsAndHundredths) { ExpectTimes("0:0:1,5 --> 0:0:2,25", 1500, 2250); }
-TEST(SubRipTimes, MayHaveNoBlanksAroundTheArrow) { ExpectTimes("00:00:01,000-->00:00:02,000", 1000, 2000); }
-TEST(SubRipTimes, MayHaveMoreBlanksThanNeeded) { ExpectTimes(" \t00:00:01,000  -->\t00:00:02,000  ", 1000, 2000); }
-TEST(SubRipTimes, MayRunPastAHundredHours) { ExpectTimes("100:00:00,000 --> 9999:59:59,999", 360000000, 35999999999); }
+TEST(SubRipTimes, AreExactToTheTick) {
+  ExpectTimes("01:02:03,004 --> 12:34:56,789", 3723004, 45296789);
+}
+TEST(SubRipTimes, MayHaveAPointForTheComma) {
+  ExpectTimes("00:00:01.500 --> 00:00:02.250", 1500, 2250);
+}
+TEST(SubRipTimes, MayLackTheHours) {
+  ExpectTimes("00:01,500 --> 01:02,250", 1500, 62250);
+}
+TEST(SubRipTimes, MayLackTheFraction) {
+  ExpectTimes("00:00:01 --> 00:00:02", 1000, 2000);
+}
+TEST(SubRipTimes, TakeFewerDigitsAsTenthsAndHundredths) {
+  ExpectTimes("0:0:1,5 --> 0:0:2,25", 1500, 2250);
+}
+TEST(SubRipTimes, MayHaveNoBlanksAroundTheArrow) {
+  ExpectTimes("00:00:01,000-->00:00:02,000", 1000, 2000);
+}
+TEST(SubRipTimes, MayHaveMoreBlanksThanNeeded) {
+  ExpectTimes(" \t00:00:01,000  -->\t00:00:02,000  ", 1000, 2000);
+}
+TEST(SubRipTimes, MayRunPastAHundredHours) {
+  ExpectTimes("100:00:00,000 --> 9999:59:59,999", 360000000, 35999999999);
+}
 
 TEST(SubRipTimes, ThatEndBeforeTheyBeginAreListedAndLeftOut) {
   ExpectBroken("00:00:05,000 --> 00:00:04,000", "ends before it begins");
   ExpectBroken("00:00:05,000 --> 00:00:05,000", "ends before it begins");
 }
 TEST(SubRipTimes, ThatCannotBeReadAreListedAndLeftOut) {
-  for (const char* times : {"00:00:0x,000 --> 00:00:04,000", "00:00:01,000 --> ", "00:00:01,000 --> soon",
-                            "--> 00:00:04,000", "00:00:01,000 --> 00:00:04,000x", "00:60:00,000 --> 01:00:00,000",
-                            "00:00:60,000 --> 00:01:00,000", "-00:00:01,000 --> 00:00:04,000", "1 --> 2",
-                            "00:00:01, --> 00:00:04,000", "000:00:01:01,000 --> 00:00:04,000"})
+  for (const char* times :
+       {"00:00:0x,000 --> 00:00:04,000", "00:00:01,000 --> ", "00:00:01,000 --> soon", "--> 00:00:04,000",
+        "00:00:01,000 --> 00:00:04,000x", "00:60:00,000 --> 01:00:00,000", "00:00:60,000 --> 00:01:00,000",
+        "-00:00:01,000 --> 00:00:04,000", "1 --> 2", "00:00:01, --> 00:00:04,000", "000:00:01:01,000 --> 00:00:04,000"})
     ExpectBroken(times, "cannot be read");
 }
 TEST(SubRipTimes, LaterThanTicksCanCountAreListedAndLeftOut) {
@@ -64,8 +83,8 @@ TEST(SubRip, AFileOfBrokenCuesAloneHasNoErrorButAList) {
 }
 TEST(SubRip, AnyLineEndWillDo) {
   for (const std::string end : {"\n", "\r\n", "\r"}) {
-    const std::string bytes = "1" + end + "00:00:01,000 --> 00:00:02,000" + end + "One" + end + "two" + end + end + "2" +
-                              end + "00:00:03,000 --> 00:00:04,000" + end + "Three" + end;
+    const std::string bytes = "1" + end + "00:00:01,000 --> 00:00:02,000" + end + "One" + end + "two" + end + end +
+                              "2" + end + "00:00:03,000 --> 00:00:04,000" + end + "Three" + end;
     EXPECT_EQ(Texts(Read(bytes)), (std::vector<std::string>{"One\ntwo", "Three"}));
   }
 }
@@ -88,8 +107,7 @@ TEST(SubRip, ALineOfBlanksPartsCuesToo) {
   EXPECT_TRUE(result.problems.empty());
 }
 TEST(SubRip, TheEmptyLineBetweenCuesMayBeMissing) {
-  const ReadResult result =
-      Read("1\n00:00:01,000 --> 00:00:02,000\nOne\n2\n00:00:03,000 --> 00:00:04,000\nTwo\n");
+  const ReadResult result = Read("1\n00:00:01,000 --> 00:00:02,000\nOne\n2\n00:00:03,000 --> 00:00:04,000\nTwo\n");
   EXPECT_EQ(Texts(result), (std::vector<std::string>{"One", "Two"}));
 }
 TEST(SubRip, AnEmptyLineInsideACaptionIsKeptAndListed) {
@@ -132,15 +150,21 @@ TEST(SubRip, CoordinatesBehindTheTimesAreListed) {
 TEST(SubRipTags, BoldItalicAndUnderlineAreRuns) {
   EXPECT_EQ(Runs(Only(Read(SubRip("<b>One</b> <i>two</i> <u>three</u>.")))), "b:One|: |i:two|: |u:three|:.");
 }
-TEST(SubRipTags, MayNest) { EXPECT_EQ(Runs(Only(Read(SubRip("<b>a<i>b<u>c</u></i></b>d")))), "b:a|bi:b|biu:c|:d"); }
-TEST(SubRipTags, MayOverlap) { EXPECT_EQ(Runs(Only(Read(SubRip("<b>a<i>b</b>c</i>d")))), "b:a|bi:b|i:c|:d"); }
+TEST(SubRipTags, MayNest) {
+  EXPECT_EQ(Runs(Only(Read(SubRip("<b>a<i>b<u>c</u></i></b>d")))), "b:a|bi:b|biu:c|:d");
+}
+TEST(SubRipTags, MayOverlap) {
+  EXPECT_EQ(Runs(Only(Read(SubRip("<b>a<i>b</b>c</i>d")))), "b:a|bi:b|i:c|:d");
+}
 TEST(SubRipTags, TwiceOpenedAreClosedTwice) {
   EXPECT_EQ(Runs(Only(Read(SubRip("<b>a<b>b</b>c</b>d")))), "b:abc|:d");
 }
 TEST(SubRipTags, HoldOverLineEndsAndToTheEndIfNeverClosed) {
   EXPECT_EQ(Runs(Only(Read(SubRip("a<i>b\nc")))), ":a|i:b\nc");
 }
-TEST(SubRipTags, MayBeInCapitals) { EXPECT_EQ(Runs(Only(Read(SubRip("<B>a</B><I>b</I>")))), "b:a|i:b"); }
+TEST(SubRipTags, MayBeInCapitals) {
+  EXPECT_EQ(Runs(Only(Read(SubRip("<B>a</B><I>b</I>")))), "b:a|i:b");
+}
 TEST(SubRipTags, FontColoursComeByNumberAndByName) {
   EXPECT_EQ(Runs(Only(Read(SubRip("<font color=\"#ff0000\">a</font><font color='YELLOW'>b</font>"
                                   "<font color=#00f>c</font><FONT COLOR=\"#00FFFF\">d</FONT>")))),

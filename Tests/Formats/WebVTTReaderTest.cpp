@@ -4,7 +4,9 @@ using namespace building;
 
 namespace {
 
-ReadResult Read(const std::string& bytes, StreamFormat format = kOpen) { return Formats::ReadWebVTT(bytes, format); }
+ReadResult Read(const std::string& bytes, StreamFormat format = kOpen) {
+  return Formats::ReadWebVTT(bytes, format);
+}
 
 void ExpectBroken(const std::string& times) {
   const ReadResult result = Read("WEBVTT\n\n" + times + "\nBroken\n\n01:01.000 --> 01:02.000\nAfter\n");
@@ -91,9 +93,9 @@ TEST(WebVTTTags, BoldItalicUnderlineAndClassesAreRuns) {
             "b:a|i:b|u:c|#ffff00:d|on#0000ff:e|#ff0000on#00ffff:f");
 }
 TEST(WebVTTTags, EveryColourClassHasItsColour) {
-  const std::pair<const char*, const char*> colors[] = {{"lime", "#00ff00"},    {"cyan", "#00ffff"}, {"red", "#ff0000"},
-                                                        {"yellow", "#ffff00"},  {"blue", "#0000ff"}, {"black", "#000000"},
-                                                        {"magenta", "#ff00ff"}};
+  const std::pair<const char*, const char*> colors[] = {
+      {"lime", "#00ff00"}, {"cyan", "#00ffff"},  {"red", "#ff0000"},    {"yellow", "#ffff00"},
+      {"blue", "#0000ff"}, {"black", "#000000"}, {"magenta", "#ff00ff"}};
   for (const auto& [name, color] : colors)
     EXPECT_EQ(Runs(Only(Read(WebVTT("<c." + std::string(name) + ">a</c>")))), color + std::string(":a"));
   EXPECT_EQ(Runs(Only(Read(WebVTT("<c.white>a</c>")))), ":a");
@@ -131,7 +133,9 @@ TEST(WebVTTTags, AnUnfinishedTagIsListed) {
   EXPECT_EQ(Text(Only(result)), "a");
   EXPECT_TRUE(Says(ProblemReason(result), "<b"));
 }
-TEST(WebVTTTags, ASignWithABlankBehindItIsText) { EXPECT_EQ(Text(Only(Read(WebVTT("1 < 2")))), "1 < 2"); }
+TEST(WebVTTTags, ASignWithABlankBehindItIsText) {
+  EXPECT_EQ(Text(Only(Read(WebVTT("1 < 2")))), "1 < 2");
+}
 
 TEST(WebVTTSettings, AlignIsTheTextsAlignment) {
   const std::pair<const char*, int> aligns[] = {{"align:start", 0}, {"align:left", 0},  {"align:center", 1},
@@ -144,10 +148,13 @@ TEST(WebVTTSettings, AlignIsTheTextsAlignment) {
   }
 }
 TEST(WebVTTSettings, LineAndPositionGiveTheAnchor) {
-  const std::pair<const char*, int> places[] = {
-      {"line:0", 1},          {"line:-1", 7},          {"line:50%,center", 4},
-      {"line:0 align:end", 2}, {"line:-1 align:start", 6}, {"line:0 position:0%,line-left", 0},
-      {"line:0 position:100%,line-right align:start", 2}};
+  const std::pair<const char*, int> places[] = {{"line:0", 1},
+                                                {"line:-1", 7},
+                                                {"line:50%,center", 4},
+                                                {"line:0 align:end", 2},
+                                                {"line:-1 align:start", 6},
+                                                {"line:0 position:0%,line-left", 0},
+                                                {"line:0 position:100%,line-right align:start", 2}};
   for (const auto& [setting, anchor] : places) {
     const ReadResult result = Read(WebVTT("Tea", setting));
     EXPECT_EQ(Only(result)->paragraph.anchor, anchor) << setting;
@@ -155,8 +162,9 @@ TEST(WebVTTSettings, LineAndPositionGiveTheAnchor) {
   }
 }
 TEST(WebVTTSettings, OpenCaptionsTakeTheNearestAnchorAndListIt) {
-  const std::pair<const char*, int> places[] = {{"line:10%", 1}, {"line:80% position:5%", 6}, {"line:2", 1},
-                                                {"line:-3", 7},  {"line:45%", 4},             {"position:90%", 8}};
+  const std::pair<const char*, int> places[] = {{"line:10%", 1}, {"line:80% position:5%", 6},
+                                                {"line:2", 1},   {"line:-3", 7},
+                                                {"line:45%", 4}, {"position:90%", 8}};
   for (const auto& [setting, anchor] : places) {
     const ReadResult result = Read(WebVTT("Tea", setting));
     EXPECT_EQ(Only(result)->paragraph.anchor, anchor) << setting;
@@ -193,6 +201,13 @@ TEST(WebVTTSettings, WhatIsUnknownOrWrongIsListed) {
     const ReadResult result = Read(WebVTT("Tea", setting));
     EXPECT_EQ(Only(result)->paragraph.anchor, 9) << setting;
     EXPECT_TRUE(Says(ProblemReason(result), setting)) << ProblemReason(result);
+  }
+}
+TEST(WebVTTSettings, APositionWhereTheTextStandsAnywayIsNoPlace) {
+  for (const char* setting : {"position:50%", "align:start position:0%", "align:end position:100%,line-right"}) {
+    const ReadResult result = Read(WebVTT("Tea", setting));
+    EXPECT_EQ(Only(result)->paragraph.anchor, 9) << setting;
+    EXPECT_TRUE(result.problems.empty()) << setting;
   }
 }
 TEST(WebVTTSettings, TheLastOfSeveralHolds) {

@@ -19,8 +19,9 @@ boost::intrusive_ptr<CaptionState> Styled() {
 
 TEST(SubRipWriter, WritesNumbersTimesAndTags) {
   const WriteResult result = Write(FileKind::SubRip, {Styled(), Caption(3723004, 360000000, u"Tea\nfor two")}, kOpen);
-  EXPECT_EQ(result.bytes, "1\n00:00:01,000 --> 00:00:02,500\n<b>One </b><font color=\"#ffff00\"><b><i>two</i></b></font> "
-                          "three\n\n2\n01:02:03,004 --> 100:00:00,000\nTea\nfor two\n\n");
+  EXPECT_EQ(result.bytes,
+            "1\n00:00:01,000 --> 00:00:02,500\n<b>One </b><font color=\"#ffff00\"><b><i>two</i></b></font> "
+            "three\n\n2\n01:02:03,004 --> 100:00:00,000\nTea\nfor two\n\n");
   EXPECT_TRUE(result.problems.empty());
 }
 TEST(SubRipWriter, WritesTheAnchor) {
@@ -86,8 +87,8 @@ TEST(Writers, ListWhatTheFileCannotHoldByTheLineOfTheCue) {
     const WriteResult result = Write(kind, {Caption(1, 2, u"First"), state}, kOpen);
     ASSERT_EQ(result.problems.size(), 1U);
     EXPECT_EQ(result.problems[0].line, kind == FileKind::SubRip ? 5 : 6);
-    for (const char* loss : {"DejaVu Sans", "size", "edge", "opacity", "background", "spacing", "speaker", "title",
-                             "position"})
+    for (const char* loss :
+         {"DejaVu Sans", "size", "edge", "opacity", "background", "spacing", "speaker", "title", "position"})
       EXPECT_TRUE(Says(result.problems[0].reason, loss)) << loss << ": " << result.problems[0].reason;
     EXPECT_EQ(Says(result.problems[0].reason, "alignment"), kind == FileKind::SubRip);
   }
