@@ -9,6 +9,7 @@
 #include "UIF/Dialogs.h"
 #include "UIF/TabView.h"
 #include "zebcore/Boundary.h"
+#include "zebcore/Clock.h"
 
 namespace Drive {
 
@@ -17,6 +18,8 @@ namespace {
 // So many calls and rows in their arguments are kept for a script that does not ask.
 constexpr std::size_t kTraceBudget = 2000000;
 constexpr std::size_t kSettleRounds = 1000;
+// What one round of the toolkit's events leads to, painting for instance, comes with the next ones.
+constexpr std::size_t kQuietRounds = 3;
 
 constexpr const char* kUpdaterPrefix = "CaptioningStreamUpdater::";
 
@@ -86,7 +89,7 @@ std::vector<zebcore::trace::Call> TraceStore::Take() {
   return calls;
 }
 
-Driver::Driver() {
+Driver::Driver() : mStart(zebcore::Clock::Instance().Now()) {
   Session();
   UIF::Workspace::SetSelectionRepeater([this] { RepeatSelection(); });
   UIF::Workspace::SetFrameFactory([this](const UIF::UString&) { return &Window(); });
@@ -180,12 +183,12 @@ Json Driver::Obey(const Json& request) {
 }
 
 void Driver::Settle() {
-  for (std::size_t round = 0; round < kSettleRounds; ++round) {
+  std::size_t quiet = 0;
+  for (std::size_t round = 0; round < kSettleRounds && quiet < kQuietRounds; ++round) {
     const std::size_t delivered = zebcore::messaging::DeliverPostedMessages();
     QApplication::sendPostedEvents();
     QApplication::processEvents();
-    if (delivered == 0 && zebcore::messaging::DeliverPostedMessages() == 0)
-      return;
+    quiet = delivered == 0 ? quiet + 1 : 0;
   }
 }
 

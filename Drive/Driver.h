@@ -88,15 +88,19 @@ class Driver {
   void ForgetSelection();
   void RepeatSelection() const;
 
+  // Milliseconds of the clock since the program began.
+  std::int64_t SinceStart(std::int64_t clock) const { return clock - mStart; }
+
   TraceStore trace;
   Popups popups;
   bool modal = false;
-  // A clip given up as the object that messages about it still carry.
+  // Streams that were taken away, for messages that still speak of them.
   std::map<std::string, BE::InterfaceRef<BE::CaptioningStream>> removedStreams;
 
  private:
   Json Obey(const Json& request);
 
+  std::int64_t mStart;
   bool mQuit = false;
   bool mHandlerDecided = false;
   std::unique_ptr<HSL::Module> mModule;

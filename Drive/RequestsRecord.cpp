@@ -1,10 +1,15 @@
 // What is recorded of the panel's doings, and pictures of it.
 
+#include <QImage>
+#include <QPainter>
+
 #include "BE/Project.h"
 #include "Drive/CaptionsInspector.h"
 #include "Drive/Driver.h"
 #include "Drive/PanelWindow.h"
+#include "UIF/Drawing.h"
 #include "UIF/TabView.h"
+#include "UIF/ViewWidget.h"
 #include "zebui/NodeManager.h"
 
 namespace Drive {
@@ -64,12 +69,22 @@ bool IsDrawing(const std::string& name) {
                      [&](const char* start) { return name.compare(0, std::string_view(start).size(), start) == 0; });
 }
 
+// One pass over a picture of the pane's size, so that no view above paints along.
+void PaintOnce(UIF::ViewBase& pane) {
+  const UIF::RectT<int> client = pane.ClientRect();
+  QImage picture(std::max(1, client.width), std::max(1, client.height), QImage::Format_ARGB32_Premultiplied);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  UIF::DC::Impl impl(painter);
+  UIF::DC dc(impl);
+  pane.DispatchPaint(dc);
+}
+
 Json Paint(Driver& driver, const Fields&) {
   driver.CreatedView();
-  UIF::ViewBase* pane = Captivo::CaptionsInspector(driver.Handler()).GetPane();
   driver.Settle();
   driver.trace.Collect();
-  pane->Redraw();
+  PaintOnce(*Captivo::CaptionsInspector(driver.Handler()).GetPane());
   Json calls = Json::array();
   for (const auto& call : zebcore::trace::Take()) {
     if (IsDrawing(call.call))

@@ -85,12 +85,14 @@ Json Tick(Driver& driver, const Fields& fields) {
       break;
     clock.SetNow(clock.Now() + *next);
     for (const auto& timer : manager->FireDueTimers())
-      fired.push_back(
-          {{"timer", NameTimer(driver, timer.id)}, {"id", timer.id}, {"at", timer.at}, {"result", timer.handled}});
+      fired.push_back({{"timer", NameTimer(driver, timer.id)},
+                       {"id", timer.id},
+                       {"at", driver.SinceStart(timer.at)},
+                       {"result", timer.handled}});
     driver.Settle();
   }
   clock.SetNow(until);
-  return {{"fired", std::move(fired)}, {"now", clock.Now()}};
+  return {{"fired", std::move(fired)}, {"now", driver.SinceStart(clock.Now())}};
 }
 
 } // namespace
