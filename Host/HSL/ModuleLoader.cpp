@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <system_error>
 
 #include <dlfcn.h>
+#include <elf.h>
 
 #include "HSL/Module.h"
 #include "zebcore/Log.h"
@@ -15,6 +18,30 @@ namespace {
 
 void Complain(const fs::path& library, const std::string& why) {
   zebcore::log::Write(Level::Error, "The module " + library.string() + " is left out: " + why);
+}
+
+template <class T> bool ReadAt(std::ifstream& file, std::uint64_t position, T& value) {
+  file.seekg(static_cast<std::streamoff>(position));
+  return static_cast<bool>(file.read(reinterpret_cast<char*>(&value), sizeof value));
+}
+
+// The system maps a library without a look at its length; one that was cut off would bring the program down with it.
+bool IsWhole(const fs::path& library) {
+  std::error_code error;
+  const std::uint64_t size = fs::file_size(library, error);
+  std::ifstream file(library, std::ios::binary);
+  Elf64_Ehdr header{};
+  if (error || !ReadAt(file, 0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0)
+    return false;
+  for (std::uint64_t i = 0; i < header.e_phnum; ++i) {
+    Elf64_Phdr part{};
+    if (!ReadAt(file, header.e_phoff + i * sizeof part, part))
+      return false;
+    const bool fits = part.p_offset <= size && part.p_filesz <= size - part.p_offset;
+    if (part.p_type == PT_LOAD && !fits)
+      return false;
+  }
+  return true;
 }
 
 // The libraries that lie in the folder themselves; a link that leads out of it is named in the log.
@@ -51,6 +78,10 @@ std::vector<fs::path> FindLibraries(const fs::path& folder) {
 int ModuleLoader::LoadAll(const fs::path& folder) {
   int loaded = 0;
   for (const fs::path& library : FindLibraries(folder)) {
+    if (!IsWhole(library)) {
+      Complain(library, "it is no whole library");
+      continue;
+    }
     if (dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL)) {
       ++loaded;
       continue;
