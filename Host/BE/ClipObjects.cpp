@@ -14,9 +14,13 @@ FrameRate MediaClipObject::GetFrameRate() const {
   return FrameRate::FromRational(info.sampleRate, 1);
 }
 
-TickTime MediaClipObject::GetDuration() const { return mOwner ? mOwner->GetMediaInfo().duration : TickTime(); }
+TickTime MediaClipObject::GetDuration() const {
+  return mOwner ? mOwner->GetMediaInfo().duration : TickTime();
+}
 
-InterfaceRef<IMasterClip> MediaClipObject::GetMasterClip() const { return InterfaceRef<IMasterClip>(mOwner); }
+InterfaceRef<IMasterClip> MediaClipObject::GetMasterClip() const {
+  return InterfaceRef<IMasterClip>(mOwner);
+}
 
 VideoClipObject::VideoClipObject(ClipObject* owner)
     : MediaClipObject(owner, kMediaType_Video), mContent(owner->GetContentID()) {}
@@ -30,8 +34,8 @@ zebmediatypes::PixelAspectRatio VideoClipObject::GetPixelAspectRatio() const {
 }
 
 ClipObject::ClipObject(ProjectObject* project, std::string id, ClipRecord record)
-    : mProject(project), mID(std::move(id)), mRecord(std::move(record)),
-      mStation(std::string_view("clip:" + mID)), mContent(zebcore::utility::Guid::Random()) {
+    : mProject(project), mID(std::move(id)), mRecord(std::move(record)), mStation(std::string_view("clip:" + mID)),
+      mContent(zebcore::utility::Guid::Random()) {
   if (mRecord.info.width > 0 && !mRecord.info.still)
     mVideo = new VideoClipObject(this);
   if (mRecord.info.sampleRate > 0)
@@ -53,7 +57,9 @@ InterfaceRef<IClip> ClipObject::GetClip(MediaType type, int index) const {
   return type == kMediaType_Video ? mVideo : mAudio;
 }
 
-InterfaceRef<Project> ClipObject::GetProject() const { return InterfaceRef<Project>(mProject); }
+InterfaceRef<Project> ClipObject::GetProject() const {
+  return InterfaceRef<Project>(mProject);
+}
 
 std::vector<InterfaceRef<CaptioningStream>> ClipObject::GetStreams() const {
   std::vector<InterfaceRef<CaptioningStream>> streams;
@@ -75,7 +81,9 @@ zebcore::geom::RectT<int> ClipObject::GetFrameRect() const {
   return {0, 0, mRecord.info.width, mRecord.info.height};
 }
 
-void ClipObject::AddStream(const InterfaceRef<StreamObject>& stream) { mStreams.push_back(stream); }
+void ClipObject::AddStream(const InterfaceRef<StreamObject>& stream) {
+  mStreams.push_back(stream);
+}
 
 void ClipObject::DropStream(const StreamObject* stream) {
   std::erase_if(mStreams, [stream](const auto& each) { return each.Get() == stream; });
@@ -107,9 +115,15 @@ InterfaceRef<IClip> TrackItemObject::GetClip() const {
   return audio ? audio : video;
 }
 
-FrameRate SequenceAudioObject::GetFrameRate() const { return mOwner ? mOwner->GetAudioFrameRate() : FrameRate(); }
-TickTime SequenceAudioObject::GetDuration() const { return mOwner ? mOwner->GetDuration() : TickTime(); }
-InterfaceRef<IMasterClip> SequenceAudioObject::GetMasterClip() const { return InterfaceRef<IMasterClip>(mOwner); }
+FrameRate SequenceAudioObject::GetFrameRate() const {
+  return mOwner ? mOwner->GetAudioFrameRate() : FrameRate();
+}
+TickTime SequenceAudioObject::GetDuration() const {
+  return mOwner ? mOwner->GetDuration() : TickTime();
+}
+InterfaceRef<IMasterClip> SequenceAudioObject::GetMasterClip() const {
+  return InterfaceRef<IMasterClip>(mOwner);
+}
 
 SequenceObject::SequenceObject(ProjectObject* project, const std::string& tag, SequenceRecord record,
                                std::vector<InterfaceRef<ClipObject>> clips)
@@ -119,8 +133,8 @@ SequenceObject::SequenceObject(ProjectObject* project, const std::string& tag, S
   bool hasSound = false;
   for (std::size_t at = 0; at < mRecord.items.size(); ++at) {
     const SequenceRecord::Item& item = mRecord.items[at];
-    mItems.push_back(new TrackItemObject(tag + "-" + std::to_string(item.number), mClips[at], item.start, item.video,
-                                         item.audio));
+    mItems.push_back(
+        new TrackItemObject(tag + "-" + std::to_string(item.number), mClips[at], item.start, item.video, item.audio));
     hasSound = hasSound || (item.audio && mClips[at]->GetMediaInfo().sampleRate > 0);
   }
   if (hasSound)
@@ -168,9 +182,13 @@ zebmediatypes::PixelAspectRatio SequenceObject::GetPixelAspectRatio() const {
   return {};
 }
 
-std::vector<InterfaceRef<TrackItem>> SequenceObject::GetItems() const { return {mItems.begin(), mItems.end()}; }
+std::vector<InterfaceRef<TrackItem>> SequenceObject::GetItems() const {
+  return {mItems.begin(), mItems.end()};
+}
 
-InterfaceRef<Project> SequenceObject::GetProject() const { return InterfaceRef<Project>(mProject); }
+InterfaceRef<Project> SequenceObject::GetProject() const {
+  return InterfaceRef<Project>(mProject);
+}
 
 void SequenceObject::SetVideoFrameRate(FrameRate rate) {
   if (rate == mRecord.videoRate)

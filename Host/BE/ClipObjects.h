@@ -15,7 +15,7 @@ class StreamObject;
 
 // One medium of a master clip.
 class MediaClipObject : public IClip {
-public:
+ public:
   MediaClipObject(ClipObject* owner, MediaType type) : mOwner(owner), mType(type) {}
   MediaType GetMediaType() const override { return mType; }
   FrameRate GetFrameRate() const override;
@@ -23,28 +23,28 @@ public:
   InterfaceRef<IMasterClip> GetMasterClip() const override;
   void Detach() { mOwner = nullptr; }
 
-protected:
+ protected:
   const ClipObject* GetOwner() const { return mOwner; }
 
-private:
+ private:
   ClipObject* mOwner;
   MediaType mType;
 };
 
 class VideoClipObject : public MediaClipObject, public IVideoSegments {
-public:
+ public:
   explicit VideoClipObject(ClipObject* owner);
   zebcore::geom::RectT<int> GetFrameRect() const override;
   zebmediatypes::PixelAspectRatio GetPixelAspectRatio() const override;
   zebcore::utility::Guid GetContentID() const override { return mContent; }
 
-private:
+ private:
   zebcore::utility::Guid mContent;
 };
 
 // The picture of a clip is asked from the clip itself too, so that a still image, which has no video clip, has one.
 class ClipObject : public MasterClip, public IVideoSegments {
-public:
+ public:
   ClipObject(ProjectObject* project, std::string id, ClipRecord record);
   ~ClipObject() override;
 
@@ -78,10 +78,10 @@ public:
   // Says that the streams of the clip changed.
   void ReportStreams(const InterfaceRef<ICaptioningStream>& stream) const;
 
-protected:
+ protected:
   ProjectObject* mProject;
 
-private:
+ private:
   std::string mID;
   ClipRecord mRecord;
   zebcore::utility::ImmutableString mStation;
@@ -92,7 +92,7 @@ private:
 };
 
 class TrackItemObject : public TrackItem {
-public:
+ public:
   TrackItemObject(std::string id, const InterfaceRef<ClipObject>& clip, TickTime start, bool video, bool audio);
   TickTime GetStart() const override { return mStart; }
   TickTime GetEnd() const override { return mStart + mClip->GetMediaInfo().duration; }
@@ -102,7 +102,7 @@ public:
   bool HasVideo() const override { return mVideo; }
   bool HasAudio() const override { return mAudio; }
 
-private:
+ private:
   std::string mID;
   InterfaceRef<ClipObject> mClip;
   TickTime mStart;
@@ -112,7 +112,7 @@ private:
 
 // The sound of a sequence.
 class SequenceAudioObject : public IClip {
-public:
+ public:
   explicit SequenceAudioObject(SequenceObject* owner) : mOwner(owner) {}
   MediaType GetMediaType() const override { return kMediaType_Audio; }
   FrameRate GetFrameRate() const override;
@@ -120,13 +120,13 @@ public:
   InterfaceRef<IMasterClip> GetMasterClip() const override;
   void Detach() { mOwner = nullptr; }
 
-private:
+ private:
   SequenceObject* mOwner;
 };
 
 // A sequence, which is at once its own master clip.
 class SequenceObject : public Sequence, public IMasterClip, public IClip, public IVideoSegments {
-public:
+ public:
   SequenceObject(ProjectObject* project, const std::string& tag, SequenceRecord record,
                  std::vector<InterfaceRef<ClipObject>> clips);
   ~SequenceObject() override;
@@ -163,7 +163,7 @@ public:
 
   void Detach() { mProject = nullptr; }
 
-private:
+ private:
   void ReportChange(const char* property);
 
   ProjectObject* mProject;

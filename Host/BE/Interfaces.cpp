@@ -24,7 +24,9 @@ InterfaceRef<ICaptioningStream> CaptioningStreamFromMasterClip(const InterfaceRe
   return nullptr;
 }
 
-bool IsMergedClip(const InterfaceRef<IMasterClip>& clip) { return clip && clip->IsMerged(); }
+bool IsMergedClip(const InterfaceRef<IMasterClip>& clip) {
+  return clip && clip->IsMerged();
+}
 
 namespace SequenceUtils {
 

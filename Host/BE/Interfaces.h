@@ -37,14 +37,14 @@ class IMasterClip;
 
 // Objects that report their changes on a station of their own.
 class INotification : public virtual IObject {
-public:
+ public:
   // "clip:ID", "stream:ID", "sequence:ID".
   virtual zebcore::utility::ImmutableString GetStationID() const = 0;
 };
 
 // One medium of a master clip.
 class IClip : public virtual IObject {
-public:
+ public:
   virtual MediaType GetMediaType() const = 0;
   virtual FrameRate GetFrameRate() const = 0;
   virtual TickTime GetDuration() const = 0;
@@ -53,7 +53,7 @@ public:
 
 // The pictures of a video clip or of a sequence.
 class IVideoSegments : public virtual IObject {
-public:
+ public:
   // (0, 0, width, height) in pixels.
   virtual zebcore::geom::RectT<int> GetFrameRect() const = 0;
   virtual zebmediatypes::PixelAspectRatio GetPixelAspectRatio() const = 0;
@@ -61,7 +61,7 @@ public:
 };
 
 class IMasterClip : public virtual IObject {
-public:
+ public:
   virtual UString GetName() const = 0;
   // The clip of a medium; null if the master clip has none. A still image has no video clip.
   virtual InterfaceRef<IClip> GetClip(MediaType type, int index) const = 0;
@@ -73,19 +73,19 @@ public:
 
 // A stretch of a sequence's track.
 class ITrackItem : public virtual IObject {
-public:
+ public:
   virtual TickTime GetStart() const = 0;
   virtual TickTime GetEnd() const = 0;
 };
 
 // A track item that shows a clip.
 class IClipTrackItem : public virtual IObject {
-public:
+ public:
   virtual InterfaceRef<IClip> GetClip() const = 0;
 };
 
 class ISequence : public virtual IObject {
-public:
+ public:
   virtual UString GetName() const = 0;
   virtual FrameRate GetVideoFrameRate() const = 0;
   virtual FrameRate GetAudioFrameRate() const = 0;
@@ -98,7 +98,7 @@ public:
 
 // The captions of one format of a master clip, by begin time. It reports on its station (INotification).
 class ICaptioningStream : public virtual IObject {
-public:
+ public:
   virtual StreamFormat GetStreamFormat() const = 0;
   virtual std::size_t GetCaptionCount() const = 0;
   // Opaque; handed back to GetCaption.
@@ -119,7 +119,7 @@ public:
 };
 
 class IProject : public virtual IObject {
-public:
+ public:
   virtual UString GetName() const = 0;
   virtual bool IsReadOnly() const = 0;
 };

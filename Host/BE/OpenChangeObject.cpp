@@ -108,9 +108,8 @@ void OpenChangeObject::Merge(const CaptionDelta& delta) {
 }
 
 std::optional<UString> OpenChangeObject::GetStepName() const {
-  const bool changes = std::any_of(mDeltas.begin(), mDeltas.end(), [](const auto& entry) {
-    return !IsSame(entry.second.before, entry.second.after);
-  });
+  const bool changes = std::any_of(mDeltas.begin(), mDeltas.end(),
+                                   [](const auto& entry) { return !IsSame(entry.second.before, entry.second.after); });
   return changes ? std::optional<UString>(mName) : std::nullopt;
 }
 

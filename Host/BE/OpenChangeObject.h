@@ -8,7 +8,7 @@
 namespace BE {
 
 class OpenChangeObject : public OpenChange {
-public:
+ public:
   explicit OpenChangeObject(const InterfaceRef<StreamObject>& stream);
   ~OpenChangeObject() override;
 
@@ -25,7 +25,7 @@ public:
   void TakeMeasure(const ICaptioningStream::CaptionKey& key, int lineWidth, int blockHeight);
   void Detach() { mProject = nullptr; }
 
-private:
+ private:
   void Take(const std::vector<CaptionDelta>& deltas, const UString& stepName,
             const boost::intrusive_ptr<zebcaptioning::Caption>& made);
   void TakeName(const UString& stepName);

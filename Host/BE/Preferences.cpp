@@ -24,7 +24,9 @@ zeb_exception::~zeb_exception() = default;
 exSerializeableTypeMismatch::exSerializeableTypeMismatch() : zeb_exception("SerializeableTypeMismatch") {}
 exSerializeableTypeMismatch::~exSerializeableTypeMismatch() = default;
 
-void SerializeableValueBase::ThrowTypeMismatch() { throw exSerializeableTypeMismatch(); }
+void SerializeableValueBase::ThrowTypeMismatch() {
+  throw exSerializeableTypeMismatch();
+}
 
 namespace Conversion {
 
@@ -62,7 +64,9 @@ bool Result(const char* text, bool& value) {
 
 } // namespace Conversion
 
-void SerializeableValue<std::int64_t>::FromString(const char* text) { Conversion::Result(text, mValue); }
+void SerializeableValue<std::int64_t>::FromString(const char* text) {
+  Conversion::Result(text, mValue);
+}
 
 void SerializeableValue<std::int64_t>::Assign(const SerializeableValueBase& other) {
   const auto* value = dynamic_cast<const SerializeableValue<std::int64_t>*>(&other);
@@ -91,7 +95,9 @@ std::unique_ptr<SerializeableValueBase> SerializeableValue<zebmediatypes::FrameR
   return std::make_unique<SerializeableValue<zebmediatypes::FrameRate>>(GetTypeNumber(), GetFrameRate());
 }
 
-void SerializeableValue<bool>::FromString(const char* text) { Conversion::Result(text, mValue); }
+void SerializeableValue<bool>::FromString(const char* text) {
+  Conversion::Result(text, mValue);
+}
 
 void SerializeableValue<bool>::Assign(const SerializeableValueBase& other) {
   const auto* value = dynamic_cast<const SerializeableValue<bool>*>(&other);
@@ -100,7 +106,9 @@ void SerializeableValue<bool>::Assign(const SerializeableValueBase& other) {
   mValue = value->mValue;
 }
 
-std::string SerializeableValue<bool>::ToString() const { return mValue ? "true" : "false"; }
+std::string SerializeableValue<bool>::ToString() const {
+  return mValue ? "true" : "false";
+}
 
 std::unique_ptr<SerializeableValueBase> SerializeableValue<bool>::Clone() const {
   return std::make_unique<SerializeableValue<bool>>(GetTypeNumber(), mValue);
@@ -112,7 +120,7 @@ using zebcore::classref::InterfaceRef;
 
 // The user's preferences: in memory, and in one JSON file that is rewritten whole at each change.
 class PreferenceStore : public IPreferenceStore {
-public:
+ public:
   bool Read(const char* key, SerializeableValueBase& value) const override {
     Load();
     const auto found = mValues.find(key);
@@ -143,7 +151,7 @@ public:
     mValues.clear();
   }
 
-private:
+ private:
   static std::filesystem::path GetPath() { return folders::GetConfigFolder() / "preferences.json"; }
 
   void Load() const {
@@ -206,7 +214,7 @@ private:
 };
 
 class Backend : public IBackend {
-public:
+ public:
   Backend() : mStore(new PreferenceStore) {}
   InterfaceRef<IPreferenceStore> GetPreferences() const override {
     return mAvailable ? InterfaceRef<IPreferenceStore>(mStore) : nullptr;
@@ -214,7 +222,7 @@ public:
   void SetAvailable(bool available) { mAvailable = available; }
   PreferenceStore& GetStore() { return *mStore; }
 
-private:
+ private:
   InterfaceRef<PreferenceStore> mStore;
   bool mAvailable = true;
 };
@@ -226,8 +234,14 @@ const InterfaceRef<Backend>& TheBackend() {
 
 } // namespace
 
-InterfaceRef<IBackend> GetBackend() { return TheBackend(); }
-void SetPreferencesAvailable(bool available) { TheBackend()->SetAvailable(available); }
-void SetPreferencesInMemory() { TheBackend()->GetStore().ForgetFile(); }
+InterfaceRef<IBackend> GetBackend() {
+  return TheBackend();
+}
+void SetPreferencesAvailable(bool available) {
+  TheBackend()->SetAvailable(available);
+}
+void SetPreferencesInMemory() {
+  TheBackend()->GetStore().ForgetFile();
+}
 
 } // namespace BE

@@ -12,14 +12,14 @@ namespace BE {
 
 // Root of the host's exceptions.
 class __attribute__((visibility("default"))) zeb_exception : public std::runtime_error {
-public:
+ public:
   explicit zeb_exception(const std::string& text);
   ~zeb_exception() override;
 };
 
 // A value was assigned from one of another type. The text is "SerializeableTypeMismatch".
 class __attribute__((visibility("default"))) exSerializeableTypeMismatch : public zeb_exception {
-public:
+ public:
   exSerializeableTypeMismatch();
   ~exSerializeableTypeMismatch() override;
 };
@@ -33,7 +33,7 @@ bool Result(const char* text, bool& value);
 
 // A typed value that is read from and written to text, for preferences.
 class SerializeableValueBase {
-public:
+ public:
   virtual ~SerializeableValueBase() = default;
   virtual void FromString(const char* text) = 0;
   // Throws exSerializeableTypeMismatch when the type numbers differ.
@@ -44,11 +44,11 @@ public:
 
   int GetTypeNumber() const { return mTypeNumber; }
 
-protected:
+ protected:
   explicit SerializeableValueBase(int typeNumber) : mTypeNumber(typeNumber) {}
   [[noreturn]] static void ThrowTypeMismatch();
 
-private:
+ private:
   int mTypeNumber;
 };
 
@@ -56,7 +56,7 @@ template <class T> class SerializeableValue;
 
 // Type number 7; text by "%lli".
 template <> class SerializeableValue<std::int64_t> : public SerializeableValueBase {
-public:
+ public:
   SerializeableValue(int typeNumber, std::int64_t value) : SerializeableValueBase(typeNumber), mValue(value) {}
   std::int64_t GetValue() const { return mValue; }
   void SetValue(std::int64_t value) { mValue = value; }
@@ -66,13 +66,13 @@ public:
   std::string ToString() const override;
   std::unique_ptr<SerializeableValueBase> Clone() const override;
 
-protected:
+ protected:
   std::int64_t mValue;
 };
 
 // Type number 7: a frame duration in ticks.
 template <> class SerializeableValue<zebmediatypes::FrameRate> : public SerializeableValue<std::int64_t> {
-public:
+ public:
   SerializeableValue(int typeNumber, zebmediatypes::FrameRate value)
       : SerializeableValue<std::int64_t>(typeNumber, value.GetTicksPerFrame()) {}
   zebmediatypes::FrameRate GetFrameRate() const { return zebmediatypes::FrameRate(mValue); }
@@ -82,7 +82,7 @@ public:
 
 // Type number 12: "true" or "false".
 template <> class SerializeableValue<bool> : public SerializeableValueBase {
-public:
+ public:
   SerializeableValue(int typeNumber, bool value) : SerializeableValueBase(typeNumber), mValue(value) {}
   bool GetValue() const { return mValue; }
   void SetValue(bool value) { mValue = value; }
@@ -92,7 +92,7 @@ public:
   std::string ToString() const override;
   std::unique_ptr<SerializeableValueBase> Clone() const override;
 
-private:
+ private:
   bool mValue;
 };
 
@@ -103,7 +103,7 @@ inline constexpr const char* kPrefsStillImagesDefaultFramerate = "BE.Prefs.Still
 inline constexpr const char* kPrefsStillImagesDefaultIsDropFrame = "BE.Prefs.StillImages.DefaultIsDropFrame";
 
 class IPreferenceStore : public virtual zebcore::classref::IObject {
-public:
+ public:
   // Assigns the stored value; false, and the value untouched, if there is none.
   virtual bool Read(const char* key, SerializeableValueBase& value) const = 0;
   virtual void Write(const char* key, const SerializeableValueBase& value) = 0;
@@ -111,7 +111,7 @@ public:
 };
 
 class IBackend : public virtual zebcore::classref::IObject {
-public:
+ public:
   virtual zebcore::classref::InterfaceRef<IPreferenceStore> GetPreferences() const = 0;
 };
 
@@ -119,8 +119,8 @@ public:
 zebcore::classref::InterfaceRef<IBackend> GetBackend();
 // For tests: a backend without a preference store, or (true) with it again.
 void SetPreferencesAvailable(bool available);
-// For tests and for drives: from now on preferences are neither read from the user's file nor written to it, and none is
-// set.
+// For tests and for drives: from now on preferences are neither read from the user's file nor written to it, and none
+// is set.
 void SetPreferencesInMemory();
 
 } // namespace BE

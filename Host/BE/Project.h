@@ -67,7 +67,7 @@ struct CaptionDelta {
 };
 
 class Project : public IProject, public INotification {
-public:
+ public:
   // A new, empty project in a new file; an existing file is not replaced. An empty path makes one that lives in the
   // user's data folder until it is saved somewhere.
   static Result<InterfaceRef<Project>> Create(const std::filesystem::path& path);
@@ -103,8 +103,8 @@ public:
                                              const std::vector<SequenceItem>& items) = 0;
   virtual std::vector<InterfaceRef<Sequence>> GetSequences() const = 0;
 
-  // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem, and so is any
-  // change of captions or streams in a read-only project, where those that report no problem do nothing.
+  // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem, and so is
+  // any change of captions or streams in a read-only project, where those that report no problem do nothing.
   virtual Result<InterfaceRef<CaptioningStream>> AddStream(const InterfaceRef<MasterClip>& clip,
                                                            const StreamDescription& description,
                                                            const std::vector<NewCaption>& captions,
@@ -115,8 +115,8 @@ public:
   virtual InterfaceRef<CaptioningStream> FindStream(const std::string& id) const = 0;
 
   // Edits from elsewhere in the host: one undoable step each, reported at once. Open changes are committed first. Of a
-  // delta the key and after count: before is what the stream holds. A null key names a caption to be added, which gets a
-  // key; age 0 makes it the newest. Keys that name none and deltas that change nothing are left out.
+  // delta the key and after count: before is what the stream holds. A null key names a caption to be added, which gets
+  // a key; age 0 makes it the newest. Keys that name none and deltas that change nothing are left out.
   virtual void EditCaptions(const InterfaceRef<CaptioningStream>& stream, const std::vector<CaptionDelta>& deltas,
                             const UString& stepName) = 0;
   // Every caption that begins in [from, to] is moved by offset.
@@ -149,7 +149,7 @@ public:
 };
 
 class MasterClip : public IMasterClip, public INotification {
-public:
+ public:
   virtual std::string GetID() const = 0;
   virtual std::filesystem::path GetMediaPath() const = 0;
   virtual const MediaInfo& GetMediaInfo() const = 0;
@@ -161,7 +161,7 @@ public:
 };
 
 class Sequence : public ISequence, public INotification {
-public:
+ public:
   virtual std::string GetID() const = 0;
   virtual std::vector<InterfaceRef<TrackItem>> GetItems() const = 0;
   virtual InterfaceRef<Project> GetProject() const = 0;
@@ -170,14 +170,14 @@ public:
 };
 
 class TrackItem : public ITrackItem, public IClipTrackItem {
-public:
+ public:
   virtual std::string GetID() const = 0;
   virtual bool HasVideo() const = 0;
   virtual bool HasAudio() const = 0;
 };
 
 class CaptioningStream : public ICaptioningStream, public INotification {
-public:
+ public:
   virtual std::string GetID() const = 0;
   virtual InterfaceRef<MasterClip> GetMasterClip() const = 0;
   virtual const StreamDescription& GetDescription() const = 0;
@@ -209,7 +209,7 @@ public:
 // stream's station when it returns; a process that dies leaves the change as a step of its own on the next opening.
 // Goes away with the last reference, committing.
 class OpenChange {
-public:
+ public:
   virtual ~OpenChange() = default;
   // Adds to the change. deltas' before is what the stream holds now. stepName names what was done; a change that holds
   // several kinds of edits is named "Edit captions".

@@ -26,18 +26,20 @@ InterfaceRef<StreamObject> ProjectObject::Own(const InterfaceRef<CaptioningStrea
 std::optional<Problem> ProjectObject::FindStreamProblem(const InterfaceRef<ClipObject>& clip,
                                                         StreamFormat format) const {
   if (mReadOnly)
-    return MakeProblem("$$$/Vidra/Project/IsReadOnly=The project \u201c%1\u201d is open for reading only. Save it under "
-                       "another name to change it.",
-                       {zebcore::ToUTF8(GetName())});
+    return MakeProblem(
+        "$$$/Vidra/Project/IsReadOnly=The project \u201c%1\u201d is open for reading only. Save it under "
+        "another name to change it.",
+        {zebcore::ToUTF8(GetName())});
   if (!clip || clip->IsRemoved())
     return MakeProblem("$$$/Vidra/Project/NoClip=There is no clip to put captions on. Select one first.", {});
   if (format == zebcaptioning::kStreamFormat_None || format == zebcaptioning::kStreamFormat_608)
-    return MakeProblem("$$$/Vidra/Project/NoSuchFormat=Captions cannot be kept in that format. Choose another one.", {});
+    return MakeProblem("$$$/Vidra/Project/NoSuchFormat=Captions cannot be kept in that format. Choose another one.",
+                       {});
   if (clip->FindStream(format))
-    return MakeProblem("$$$/Vidra/Project/FormatTaken=The clip \u201c%1\u201d has captions in the format %2 already. Choose "
-                       "another channel or format, or delete those first.",
-                       {zebcore::ToUTF8(clip->GetName()),
-                        zebcore::ToUTF8(zebcaptioning::GetFullStreamFormatLabel(format))});
+    return MakeProblem(
+        "$$$/Vidra/Project/FormatTaken=The clip \u201c%1\u201d has captions in the format %2 already. Choose "
+        "another channel or format, or delete those first.",
+        {zebcore::ToUTF8(clip->GetName()), zebcore::ToUTF8(zebcaptioning::GetFullStreamFormatLabel(format))});
   return std::nullopt;
 }
 
@@ -155,8 +157,8 @@ void ProjectObject::PushEdit(const InterfaceRef<StreamObject>& stream, std::vect
   step.name = stepName;
   step.stream = stream->GetNumber();
   step.deltas = deltas;
-  PushStep(std::move(step), [number = step.number, stream = stream->GetNumber(),
-                             deltas = std::move(deltas)](ProjectFile& file) { PutDeltas(file, stream, number, deltas); });
+  PushStep(std::move(step), [number = step.number, stream = stream->GetNumber(), deltas = std::move(deltas)](
+                                ProjectFile& file) { PutDeltas(file, stream, number, deltas); });
 }
 
 void ProjectObject::EditCaptions(const InterfaceRef<CaptioningStream>& stream, const std::vector<CaptionDelta>& deltas,

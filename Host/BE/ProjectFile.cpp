@@ -28,21 +28,24 @@ constexpr char kMagic[] = "SQLite format 3";
 constexpr int kCheckpointPages = 1000;
 
 Problem CannotOpen(const std::filesystem::path& path, int error) {
-  return MakeProblem("$$$/Vidra/Project/CannotOpen=The project \u201c%1\u201d cannot be opened: %2. Check that it is still "
-                     "there and that you may read and change it.",
-                     {path.string(), std::strerror(error)});
+  return MakeProblem(
+      "$$$/Vidra/Project/CannotOpen=The project \u201c%1\u201d cannot be opened: %2. Check that it is still "
+      "there and that you may read and change it.",
+      {path.string(), std::strerror(error)});
 }
 
 Problem NoProject(const std::filesystem::path& path) {
-  return MakeProblem("$$$/Vidra/Project/NoProject=\u201c%1\u201d is not a Captivo project. Choose a file that was saved by "
-                     "Captivo, or import it if it is media or captions.",
-                     {path.string()});
+  return MakeProblem(
+      "$$$/Vidra/Project/NoProject=\u201c%1\u201d is not a Captivo project. Choose a file that was saved by "
+      "Captivo, or import it if it is media or captions.",
+      {path.string()});
 }
 
 Problem InUse(const std::filesystem::path& path) {
-  return MakeProblem("$$$/Vidra/Project/InUse=The project \u201c%1\u201d is open already, in another window or by another "
-                     "user. Close it there first.",
-                     {path.string()});
+  return MakeProblem(
+      "$$$/Vidra/Project/InUse=The project \u201c%1\u201d is open already, in another window or by another "
+      "user. Close it there first.",
+      {path.string()});
 }
 
 void RemoveSideFiles(const std::filesystem::path& path) {
@@ -85,7 +88,7 @@ std::optional<Problem> CheckPlainFile(const std::filesystem::path& path) {
 // however that ends. It is held beside the database's own locks, which another reader of the file in this process could
 // lose.
 class ProjectFile::FileLock {
-public:
+ public:
   // flags as for open(2).
   FileLock(const std::filesystem::path& path, int flags, bool shared)
       : mDescriptor(open(path.c_str(), flags | O_CLOEXEC, 0666)) {
@@ -111,7 +114,7 @@ public:
   bool IsAbout(const struct stat& status) const { return status.st_dev == mDevice && status.st_ino == mNode; }
   void Sync() const { fsync(mDescriptor); }
 
-private:
+ private:
   int mDescriptor;
   int mError = 0;
   bool mIsTaken = false;
@@ -121,7 +124,7 @@ private:
 
 // Moves what the write-ahead log holds into the file, on a thread of its own, so that no key waits for the disk.
 class ProjectFile::Checkpointer {
-public:
+ public:
   Checkpointer(sqlite3* database, std::string path) : mPath(std::move(path)), mThread([this] { Run(); }) {
     sqlite3_wal_hook(
         database,
@@ -141,7 +144,7 @@ public:
     mThread.join();
   }
 
-private:
+ private:
   void Request() {
     {
       const std::lock_guard lock(mMutex);
@@ -215,9 +218,10 @@ std::optional<Problem> ProjectFile::CheckVersion() {
     return NoProject(mPath);
   const int version = mDatabase->execAndGet("PRAGMA user_version").getInt();
   if (version > kVersion)
-    return MakeProblem("$$$/Vidra/Project/Newer=The project \u201c%1\u201d was saved by a newer version of Captivo (format %2; "
-                       "this one knows up to %3). Open it with that version.",
-                       {mPath.string(), std::to_string(version), std::to_string(kVersion)});
+    return MakeProblem(
+        "$$$/Vidra/Project/Newer=The project \u201c%1\u201d was saved by a newer version of Captivo (format %2; "
+        "this one knows up to %3). Open it with that version.",
+        {mPath.string(), std::to_string(version), std::to_string(kVersion)});
   return std::nullopt;
 }
 
@@ -232,9 +236,10 @@ Result<std::unique_ptr<ProjectFile>> ProjectFile::Create(const std::filesystem::
   std::unique_ptr<ProjectFile> file(new ProjectFile(std::filesystem::absolute(path)));
   file->mLock = std::make_unique<FileLock>(file->mPath, O_RDWR | O_CREAT | O_EXCL, false);
   if (const int error = file->mLock->GetError())
-    return {std::nullopt, MakeProblem("$$$/Vidra/Project/CannotCreate=The project \u201c%1\u201d cannot be created: %2. Choose "
-                                      "another name or folder.",
-                                      {path.string(), std::strerror(error)})};
+    return {std::nullopt,
+            MakeProblem("$$$/Vidra/Project/CannotCreate=The project \u201c%1\u201d cannot be created: %2. Choose "
+                        "another name or folder.",
+                        {path.string(), std::strerror(error)})};
   try {
     file->Connect(file->mPath.string());
     file->CreateTables();
@@ -315,13 +320,15 @@ std::optional<Problem> ProjectFile::FindObstacle() const {
     return std::nullopt;
   struct stat status {};
   if (stat(mPath.c_str(), &status) != 0 || !mLock->IsAbout(status))
-    return MakeProblem("$$$/Vidra/Project/Moved=The project file \u201c%1\u201d is no longer where it was, and another stands in "
-                       "its place. What you do is kept in memory. Save the project under another name.",
-                       {mPath.string()});
+    return MakeProblem(
+        "$$$/Vidra/Project/Moved=The project file \u201c%1\u201d is no longer where it was, and another stands in "
+        "its place. What you do is kept in memory. Save the project under another name.",
+        {mPath.string()});
   if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
-    return MakeProblem("$$$/Vidra/Project/TurnedReadOnly=The project file \u201c%1\u201d may no longer be changed. What you do is "
-                       "kept in memory. Allow writing to it, or save the project under another name.",
-                       {mPath.string()});
+    return MakeProblem(
+        "$$$/Vidra/Project/TurnedReadOnly=The project file \u201c%1\u201d may no longer be changed. What you do is "
+        "kept in memory. Allow writing to it, or save the project under another name.",
+        {mPath.string()});
   return std::nullopt;
 }
 
@@ -359,9 +366,10 @@ std::optional<Problem> ProjectFile::CopyTo(const std::filesystem::path& path) {
   std::error_code error;
   const auto fail = [&](const std::string& why) {
     std::filesystem::remove(next, error);
-    return MakeProblem("$$$/Vidra/Project/CannotSave=The project cannot be saved as \u201c%1\u201d: %2. Choose another name or "
-                       "folder; nothing there was changed.",
-                       {path.string(), why});
+    return MakeProblem(
+        "$$$/Vidra/Project/CannotSave=The project cannot be saved as \u201c%1\u201d: %2. Choose another name or "
+        "folder; nothing there was changed.",
+        {path.string(), why});
   };
   if (std::filesystem::is_directory(target, error))
     return fail(std::strerror(EISDIR));
@@ -398,27 +406,38 @@ std::optional<Problem> ProjectFile::CopyTo(const std::filesystem::path& path) {
 Problem ProjectFile::Describe(const std::exception& failure) const {
   const auto* fromDatabase = dynamic_cast<const SQLite::Exception*>(&failure);
   const std::string name = mPath.string();
-  switch (fromDatabase ? fromDatabase->getErrorCode() : -1) {
+  const int code = fromDatabase ? fromDatabase->getErrorCode() & 0xFF : -1;
+  const bool isRefused = code == SQLITE_FULL || code == SQLITE_READONLY || code == SQLITE_PERM ||
+                         code == SQLITE_IOERR || code == SQLITE_CANTOPEN;
+  if (isRefused && !mIsRead)
+    return MakeProblem(
+        "$$$/Vidra/Project/Refused=The project \u201c%1\u201d cannot be used where it lies (%2). Check the disk "
+        "and the folder, or copy it to another place.",
+        {name, failure.what()});
+  switch (code) {
   case SQLITE_FULL:
-    return MakeProblem("$$$/Vidra/Project/DiskFull=There is no room on the disk for the project \u201c%1\u201d. What you do is kept "
-                       "in memory. Make room, or save the project on another disk.",
-                       {name});
+    return MakeProblem(
+        "$$$/Vidra/Project/DiskFull=There is no room on the disk for the project \u201c%1\u201d. What you do is kept "
+        "in memory. Make room, or save the project on another disk.",
+        {name});
   case SQLITE_READONLY:
   case SQLITE_PERM:
   case SQLITE_IOERR:
   case SQLITE_CANTOPEN:
-    return MakeProblem("$$$/Vidra/Project/CannotWrite=The project file \u201c%1\u201d cannot be written (%2). What you do is kept "
-                       "in memory. Check the disk and the folder, or save the project under another name.",
-                       {name, failure.what()});
+    return MakeProblem(
+        "$$$/Vidra/Project/CannotWrite=The project file \u201c%1\u201d cannot be written (%2). What you do is kept "
+        "in memory. Check the disk and the folder, or save the project under another name.",
+        {name, failure.what()});
   case SQLITE_BUSY:
   case SQLITE_LOCKED:
     return InUse(mPath);
   case SQLITE_NOTADB:
     return NoProject(mPath);
   default:
-    return MakeProblem("$$$/Vidra/Project/Damaged=The project file \u201c%1\u201d is damaged or cut off and cannot be read (%2). "
-                       "Take a copy from before, if there is one.",
-                       {name, failure.what()});
+    return MakeProblem(
+        "$$$/Vidra/Project/Damaged=The project file \u201c%1\u201d is damaged or cut off and cannot be read (%2). "
+        "Take a copy from before, if there is one.",
+        {name, failure.what()});
   }
 }
 

@@ -14,10 +14,10 @@ class Statement;
 
 namespace BE {
 
-// The SQLite file of a project. Everything throws std::exception when the database refuses; Perform leaves the file as it
-// was then. One process at a time holds a file.
+// The SQLite file of a project. Everything throws std::exception when the database refuses; Perform leaves the file as
+// it was then. One process at a time holds a file.
 class ProjectFile {
-public:
+ public:
   static constexpr int kVersion = 1;
   static constexpr const char* kSuffix = ".captivo";
 
@@ -31,8 +31,8 @@ public:
 
   // Runs the operation as one transaction.
   void Perform(const std::function<void(ProjectFile&)>& operation);
-  // Why the file is no place to write to any more although the system would still take the bytes: it was moved or deleted,
-  // or its owner has made it read-only.
+  // Why the file is no place to write to any more although the system would still take the bytes: it was moved or
+  // deleted, or its owner has made it read-only.
   std::optional<Problem> FindObstacle() const;
   // Nothing is at its path any more.
   bool IsGone() const;
@@ -64,11 +64,12 @@ public:
 
   // A private copy of the file at its path.
   bool IsCopy() const { return !mTemporaryFolder.empty(); }
-  // The text for a failure of this file.
+  // The text for a failure of this file, while work goes on in memory or, before it was read, while there is none yet.
   Problem Describe(const std::exception& failure) const;
+  void SetIsRead() { mIsRead = true; }
   const std::filesystem::path& GetPath() const { return mPath; }
 
-private:
+ private:
   class FileLock;
   class Checkpointer;
   struct Statements;
@@ -82,6 +83,7 @@ private:
 
   std::filesystem::path mPath; // empty: in memory
   std::filesystem::path mTemporaryFolder;
+  bool mIsRead = false;
   std::unique_ptr<FileLock> mLock;
   std::unique_ptr<SQLite::Database> mDatabase;
   std::unique_ptr<Checkpointer> mCheckpointer;

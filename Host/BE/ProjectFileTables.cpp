@@ -15,7 +15,9 @@ using CaptionKey = ICaptioningStream::CaptionKey;
 
 constexpr std::size_t kKeySize = 16;
 
-[[noreturn]] void ThrowDamaged(const char* what) { throw std::runtime_error(what); }
+[[noreturn]] void ThrowDamaged(const char* what) {
+  throw std::runtime_error(what);
+}
 
 // Keys of one stream in order of age lie together in the file.
 std::string WriteKey(const CaptionKey& key) {
@@ -73,7 +75,9 @@ void Run(SQLite::Statement& statement) {
   statement.reset();
 }
 
-std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
+std::string Dump(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
 
 Json WriteMedia(const MediaInfo& info) {
   return {{"width", info.width},
@@ -145,7 +149,9 @@ std::vector<SequenceRecord::Item> ReadItems(const Json& json) {
   return items;
 }
 
-UString ReadName(const SQLite::Column& column) { return zebcore::FromUTF8(column.getString()); }
+UString ReadName(const SQLite::Column& column) {
+  return zebcore::FromUTF8(column.getString());
+}
 
 } // namespace
 
@@ -330,8 +336,9 @@ ProjectRecord ProjectFile::LoadProject() {
     project.streams.push_back(std::move(stream));
   }
 
-  SQLite::Statement steps(*mDatabase, "SELECT number, position, state, kind, name, stream, clip, old_format, new_format "
-                                      "FROM steps ORDER BY position, number");
+  SQLite::Statement steps(*mDatabase,
+                          "SELECT number, position, state, kind, name, stream, clip, old_format, new_format "
+                          "FROM steps ORDER BY position, number");
   while (steps.executeStep()) {
     const int state = steps.getColumn(2).getInt();
     const int kind = steps.getColumn(3).getInt();
@@ -361,8 +368,8 @@ std::vector<StoredCaption> ProjectFile::LoadCaptions(ObjectNumber stream) {
     zebcaptioning::CaptionStatePtr state = ReadState(select.getColumn(2));
     if (!state)
       ThrowDamaged("a caption is missing");
-    captions.push_back({ReadKey(select.getColumn(0)), static_cast<std::uint64_t>(select.getColumn(1).getInt64()),
-                        std::move(state)});
+    captions.push_back(
+        {ReadKey(select.getColumn(0)), static_cast<std::uint64_t>(select.getColumn(1).getInt64()), std::move(state)});
   }
   return captions;
 }

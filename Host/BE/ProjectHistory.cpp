@@ -92,8 +92,8 @@ void ProjectObject::ForgetUndone() {
 
 bool ProjectObject::Prepare(Step& step) {
   if (!step.deltas) {
-    step.deltas = mStorage.Read<std::vector<CaptionDelta>>(
-        [&step](ProjectFile& file) { return file.LoadDeltas(step.number); });
+    step.deltas =
+        mStorage.Read<std::vector<CaptionDelta>>([&step](ProjectFile& file) { return file.LoadDeltas(step.number); });
     if (!step.deltas)
       return false;
   }
@@ -160,21 +160,21 @@ void ProjectObject::Store(const Step& step, bool forward) {
   } else {
     stream = mStreams[step.stream]->GetRecord();
   }
-  mStorage.Write([number = step.number, kind = step.kind, deltas = *step.deltas, stream, clip,
-                  forward](ProjectFile& file) {
-    for (const CaptionDelta& delta : deltas) {
-      const zebcaptioning::CaptionStatePtr& state = forward ? delta.after : delta.before;
-      if (state)
-        file.PutCaption(stream.number, delta.key, delta.age, *state);
-      else
-        file.EraseCaption(stream.number, delta.key);
-    }
-    if (kind == StepKind::RemoveClip)
-      file.PutClip(clip);
-    else if (kind != StepKind::EditCaptions)
-      file.PutStream(stream);
-    file.SetStepState(number, forward ? StepState::Done : StepState::Undone);
-  });
+  mStorage.Write(
+      [number = step.number, kind = step.kind, deltas = *step.deltas, stream, clip, forward](ProjectFile& file) {
+        for (const CaptionDelta& delta : deltas) {
+          const zebcaptioning::CaptionStatePtr& state = forward ? delta.after : delta.before;
+          if (state)
+            file.PutCaption(stream.number, delta.key, delta.age, *state);
+          else
+            file.EraseCaption(stream.number, delta.key);
+        }
+        if (kind == StepKind::RemoveClip)
+          file.PutClip(clip);
+        else if (kind != StepKind::EditCaptions)
+          file.PutStream(stream);
+        file.SetStepState(number, forward ? StepState::Done : StepState::Undone);
+      });
 }
 
 bool ProjectObject::Move(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
@@ -196,11 +196,19 @@ bool ProjectObject::Move(std::vector<Step>& from, std::vector<Step>& to, bool fo
   return true;
 }
 
-bool ProjectObject::Undo() { return Move(mDone, mUndone, false); }
-bool ProjectObject::Redo() { return Move(mUndone, mDone, true); }
+bool ProjectObject::Undo() {
+  return Move(mDone, mUndone, false);
+}
+bool ProjectObject::Redo() {
+  return Move(mUndone, mDone, true);
+}
 
-bool ProjectObject::CanUndo() const { return !mReadOnly && (!mDone.empty() || GetOpenChangeName()); }
-bool ProjectObject::CanRedo() const { return !mReadOnly && !mUndone.empty() && !GetOpenChangeName(); }
+bool ProjectObject::CanUndo() const {
+  return !mReadOnly && (!mDone.empty() || GetOpenChangeName());
+}
+bool ProjectObject::CanRedo() const {
+  return !mReadOnly && !mUndone.empty() && !GetOpenChangeName();
+}
 
 std::vector<UString> ProjectObject::GetUndoNames() const {
   std::vector<UString> names;
@@ -228,9 +236,12 @@ void ProjectObject::BroadcastCommit() {
   zebcore::messaging::BroadcastMessage(HSL::kStation_CaptionSelection, HSL::CaptionCommitEditsMessage());
 }
 
-void ProjectObject::CommitOpenChanges() { CommitOpenChangesOf(nullptr, nullptr); }
+void ProjectObject::CommitOpenChanges() {
+  CommitOpenChangesOf(nullptr, nullptr);
+}
 
-// Committing makes its step and tells the history's listener, which may open and close changes of its own: hence a copy.
+// Committing makes its step and tells the history's listener, which may open and close changes of its own: hence a
+// copy.
 void ProjectObject::CommitOpenChangesOf(const StreamObject* stream, const OpenChangeObject* butThis) {
   const std::vector<OpenChangeObject*> changes = mOpenChanges;
   for (OpenChangeObject* change : changes) {

@@ -17,7 +17,9 @@ namespace {
 
 constexpr const char* kSetting_Tag = "project.tag";
 
-Result<InterfaceRef<Project>> Fail(Problem problem) { return {std::nullopt, std::move(problem)}; }
+Result<InterfaceRef<Project>> Fail(Problem problem) {
+  return {std::nullopt, std::move(problem)};
+}
 
 // Files of projects that were never given a name carry the first free number.
 Result<std::unique_ptr<ProjectFile>> CreateUntitledFile() {
@@ -25,8 +27,7 @@ Result<std::unique_ptr<ProjectFile>> CreateUntitledFile() {
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   for (int number = 1;; ++number) {
-    const std::filesystem::path path =
-        folder / ("untitled-" + std::to_string(number) + ProjectFile::kSuffix);
+    const std::filesystem::path path = folder / ("untitled-" + std::to_string(number) + ProjectFile::kSuffix);
     if (!std::filesystem::exists(path, error))
       return ProjectFile::Create(path);
   }
@@ -94,7 +95,10 @@ ProjectObject::ProjectObject(std::unique_ptr<ProjectFile> file)
   mStation = zebcore::utility::ImmutableString(std::string_view("project:" + mTag));
 }
 
-void ProjectObject::Start() { SetSetting(kSetting_Tag, mTag); }
+void ProjectObject::Start() {
+  mStorage.GetFile().SetIsRead();
+  SetSetting(kSetting_Tag, mTag);
+}
 
 ProjectObject::~ProjectObject() {
   mHistoryListener = nullptr;
@@ -151,10 +155,13 @@ void ProjectObject::Load() {
     }
     mSequences.push_back(new SequenceObject(this, mTag, std::move(sequence), std::move(itemClips)));
   }
+  file.SetIsRead();
   LoadHistory(std::move(record.steps));
 }
 
-std::string ProjectObject::MakeID(ObjectNumber number) const { return mTag + "-" + std::to_string(number); }
+std::string ProjectObject::MakeID(ObjectNumber number) const {
+  return mTag + "-" + std::to_string(number);
+}
 
 UString ProjectObject::GetName() const {
   if (mUntitled || mShownPath.empty())

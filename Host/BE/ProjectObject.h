@@ -12,7 +12,7 @@
 namespace BE {
 
 class ProjectObject : public Project {
-public:
+ public:
   // An empty project, or what the file holds.
   explicit ProjectObject(std::unique_ptr<ProjectFile> file);
   ~ProjectObject() override;
@@ -81,7 +81,7 @@ public:
   void PushStep(Step step, ProjectStorage::Operation storing);
   void ReportHistory() const;
 
-private:
+ private:
   // What is to be sent once everything has changed.
   using Report = std::function<void()>;
 
@@ -116,7 +116,7 @@ private:
   std::vector<InterfaceRef<SequenceObject>> mSequences;
   std::map<ObjectNumber, InterfaceRef<StreamObject>> mStreams;
   std::vector<Step> mDone;
-  std::vector<Step> mUndone; // the next to be redone last
+  std::vector<Step> mUndone;                   // the next to be redone last
   std::vector<OpenChangeObject*> mOpenChanges; // in order of making
   std::function<void()> mHistoryListener;
 };

@@ -62,7 +62,7 @@ struct Step {
   StepKind kind = StepKind::EditCaptions;
   UString name;
   ObjectNumber stream = 0;
-  ObjectNumber clip = 0;                                    // RemoveClip
+  ObjectNumber clip = 0;                                      // RemoveClip
   StreamFormat oldFormat = zebcaptioning::kStreamFormat_None; // ChangeFormat
   StreamFormat newFormat = zebcaptioning::kStreamFormat_None;
   std::optional<std::vector<CaptionDelta>> deltas; // nothing: they are in the file only

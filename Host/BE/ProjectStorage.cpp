@@ -6,7 +6,9 @@
 namespace BE {
 
 ProjectStorage::ProjectStorage(std::unique_ptr<ProjectFile> file) : mFile(std::move(file)) {}
-ProjectStorage::~ProjectStorage() { Close(); }
+ProjectStorage::~ProjectStorage() {
+  Close();
+}
 
 void ProjectStorage::Write(Operation operation) {
   if (!mFile)
@@ -68,6 +70,7 @@ std::optional<Problem> ProjectStorage::SaveAs(const std::filesystem::path& path)
   if (!next)
     return next.problem;
   mFile = std::move(*next.value);
+  mFile->SetIsRead();
   // What the old place refused goes to the new one.
   WritePending();
   return mProblem;
@@ -81,6 +84,8 @@ void ProjectStorage::Close() {
   mFile.reset();
 }
 
-std::filesystem::path ProjectStorage::GetPath() const { return mFile ? mFile->GetPath() : std::filesystem::path(); }
+std::filesystem::path ProjectStorage::GetPath() const {
+  return mFile ? mFile->GetPath() : std::filesystem::path();
+}
 
 } // namespace BE

@@ -12,7 +12,7 @@ namespace BE {
 // Keeps a project's file up to what the project holds. An operation that cannot be written is kept, in order, with all
 // that follow it, and each later one tries again; nothing is lost while the process lives.
 class ProjectStorage {
-public:
+ public:
   using Operation = std::function<void(ProjectFile&)>;
   using ProblemListener = std::function<void(const std::optional<Problem>&)>;
 
@@ -42,7 +42,7 @@ public:
   const std::optional<Problem>& GetProblem() const { return mProblem; }
   void SetProblemListener(ProblemListener listener) { mListener = std::move(listener); }
 
-private:
+ private:
   bool WritePending();
   void SetProblem(std::optional<Problem> problem);
 

@@ -42,7 +42,9 @@ StreamObject::StreamObject(ProjectObject* project, ClipObject* clip, std::string
   mRegions->SetRegions(std::move(regions));
 }
 
-std::size_t StreamObject::GetCaptionCount() const { return mCaptions.Size(); }
+std::size_t StreamObject::GetCaptionCount() const {
+  return mCaptions.Size();
+}
 
 void StreamObject::GetCaptionKeys(std::vector<CaptionKey>& keys) const {
   keys.clear();
@@ -98,7 +100,9 @@ StreamObject::GetRenderableModel(const TickTime& time) const {
   return new zebcaptioning::CaptioningRenderableModel(std::move(shown), width, height);
 }
 
-InterfaceRef<MasterClip> StreamObject::GetMasterClip() const { return InterfaceRef<MasterClip>(mClip); }
+InterfaceRef<MasterClip> StreamObject::GetMasterClip() const {
+  return InterfaceRef<MasterClip>(mClip);
+}
 
 StreamObject::CaptionPtr StreamObject::FindByBegin(TickTime begin) const {
   const Entry* newest = mCaptions.FindNewest(begin);
@@ -116,7 +120,9 @@ std::vector<StreamObject::CaptionPtr> StreamObject::FindAt(TickTime time) const 
   return shown;
 }
 
-void StreamObject::SetBusy(bool busy) { mBusy = std::max(0, mBusy + (busy ? 1 : -1)); }
+void StreamObject::SetBusy(bool busy) {
+  mBusy = std::max(0, mBusy + (busy ? 1 : -1));
+}
 
 std::shared_ptr<OpenChange> StreamObject::BeginChange() {
   return std::make_shared<OpenChangeObject>(InterfaceRef<StreamObject>(this));
@@ -159,7 +165,9 @@ void StreamObject::Detach() {
   mClip = nullptr;
 }
 
-void StreamObject::RenewGuid() { mGuid = zebcore::utility::Guid::Random(); }
+void StreamObject::RenewGuid() {
+  mGuid = zebcore::utility::Guid::Random();
+}
 
 void StreamObject::Load(const std::vector<StoredCaption>& captions) {
   mLoaded = true;
@@ -184,7 +192,9 @@ void StreamObject::Put(const CaptionKey& key, std::uint64_t age, const CaptionSt
   mCaptions.Insert(key, age, caption);
 }
 
-void StreamObject::Take(const CaptionKey& key) { mCaptions.Erase(key); }
+void StreamObject::Take(const CaptionKey& key) {
+  mCaptions.Erase(key);
+}
 
 std::vector<CaptionDelta> StreamObject::Resolve(const std::vector<CaptionDelta>& deltas) {
   std::vector<CaptionDelta> resolved;

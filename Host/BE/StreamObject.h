@@ -26,7 +26,7 @@ struct CaptionReport {
 zebcaptioning::CaptionStatePtr WithMeasure(const zebcaptioning::CaptionState& state, int lineWidth, int blockHeight);
 
 class StreamObject : public CaptioningStream {
-public:
+ public:
   using CaptionPtr = boost::intrusive_ptr<zebcaptioning::Caption>;
 
   StreamObject(ProjectObject* project, ClipObject* clip, std::string id, StreamRecord record);
@@ -38,7 +38,8 @@ public:
   void GetCaptions(std::vector<CaptionPtr>& captions) const override;
   void GetDisplaySettings(const TickTime& time, zebcaptioning::CaptionDisplaySettings& settings) const override;
   zebcore::utility::Guid GetGuid() const override { return mGuid; }
-  boost::intrusive_ptr<zebcaptioning::CaptioningRenderableModel> GetRenderableModel(const TickTime& time) const override;
+  boost::intrusive_ptr<zebcaptioning::CaptioningRenderableModel>
+  GetRenderableModel(const TickTime& time) const override;
   const void* GetIdentity() const override { return this; }
 
   zebcore::utility::ImmutableString GetStationID() const override { return mStation; }
@@ -87,7 +88,7 @@ public:
   void SendStreamChanged() const;
   void RenewGuid();
 
-private:
+ private:
   void Put(const CaptionKey& key, std::uint64_t age, const zebcaptioning::CaptionStatePtr& state,
            const CaptionPtr& made = {});
   void Take(const CaptionKey& key);

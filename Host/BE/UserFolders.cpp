@@ -16,7 +16,11 @@ std::filesystem::path GetFolder(const char* variable, const char* underHome) {
 
 } // namespace
 
-std::filesystem::path GetConfigFolder() { return GetFolder("XDG_CONFIG_HOME", ".config"); }
-std::filesystem::path GetDataFolder() { return GetFolder("XDG_DATA_HOME", ".local/share"); }
+std::filesystem::path GetConfigFolder() {
+  return GetFolder("XDG_CONFIG_HOME", ".config");
+}
+std::filesystem::path GetDataFolder() {
+  return GetFolder("XDG_DATA_HOME", ".local/share");
+}
 
 } // namespace BE::folders

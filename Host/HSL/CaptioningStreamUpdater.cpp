@@ -31,7 +31,9 @@ Json WriteTimes(const std::vector<TickTime>& times) {
 }
 
 Json WriteRange(const std::pair<std::size_t, std::size_t>& range) {
-  const auto write = [](std::size_t at) { return at == zebcaptioning::kTextRange_End ? -1 : static_cast<std::int64_t>(at); };
+  const auto write = [](std::size_t at) {
+    return at == zebcaptioning::kTextRange_End ? -1 : static_cast<std::int64_t>(at);
+  };
   return {write(range.first), write(range.second)};
 }
 
@@ -151,9 +153,8 @@ void CaptioningStreamUpdater::ApplyTextChange(const TickTime& begin, const UStri
                                       {"without_focus", withoutFocus}});
   if (!mImpl->stream)
     return;
-  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas({begin}, [&](const CaptionStatePtr& state) {
-    return steps::Retype(*mImpl->stream, state, newText, caret);
-  });
+  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(
+      {begin}, [&](const CaptionStatePtr& state) { return steps::Retype(*mImpl->stream, state, newText, caret); });
   if (!deltas.empty())
     mImpl->Change()->Apply(deltas, steps::TypeName());
 }
@@ -188,9 +189,9 @@ void CaptioningStreamUpdater::ApplyFormatParameter(CaptionFormatParameter parame
                                                    const std::vector<TickTime>& times,
                                                    const std::pair<std::size_t, std::size_t>& range) {
   if (IsOn())
-    mImpl->Record("ApplyFormatParameter", {{"parameter", static_cast<int>(parameter)},
-                                           {"times", WriteTimes(times)},
-                                           {"range", WriteRange(range)}});
+    mImpl->Record(
+        "ApplyFormatParameter",
+        {{"parameter", static_cast<int>(parameter)}, {"times", WriteTimes(times)}, {"range", WriteRange(range)}});
   if (!mImpl->stream)
     return;
   const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(times, [&](const CaptionStatePtr& state) {

@@ -13,7 +13,9 @@ namespace {
 using zebcaptioning::CaptionFormatParameter;
 using zebmediatypes::TickTime;
 
-zebcore::UString Localize(const char* key) { return zebcore::config::Localizer::Get().Localize(key); }
+zebcore::UString Localize(const char* key) {
+  return zebcore::config::Localizer::Get().Localize(key);
+}
 
 // By CaptionFormatParameter.
 constexpr std::array kFormatNames = {
@@ -56,10 +58,18 @@ CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const Capti
 
 } // namespace
 
-zebcore::UString AddName() { return Localize("$$$/Vidra/Undo/AddCaption=Add caption"); }
-zebcore::UString DeleteName() { return Localize("$$$/Vidra/Undo/DeleteCaption=Delete caption"); }
-zebcore::UString TypeName() { return Localize("$$$/Vidra/Undo/Type=Type"); }
-zebcore::UString MoveName() { return Localize("$$$/Vidra/Undo/MoveCaption=Move caption"); }
+zebcore::UString AddName() {
+  return Localize("$$$/Vidra/Undo/AddCaption=Add caption");
+}
+zebcore::UString DeleteName() {
+  return Localize("$$$/Vidra/Undo/DeleteCaption=Delete caption");
+}
+zebcore::UString TypeName() {
+  return Localize("$$$/Vidra/Undo/Type=Type");
+}
+zebcore::UString MoveName() {
+  return Localize("$$$/Vidra/Undo/MoveCaption=Move caption");
+}
 
 zebcore::UString FormatName(CaptionFormatParameter parameter) {
   const auto index = static_cast<std::size_t>(parameter);

@@ -40,8 +40,12 @@ bool ReadDisplaySetting(const InterfaceRef<BE::IProject>& project, const char* k
 
 } // namespace
 
-InterfaceRef<BE::IProject> GetProject() { return ActiveProject(); }
-InterfaceRef<BE::IProject> GetActiveProject() { return ActiveProject(); }
+InterfaceRef<BE::IProject> GetProject() {
+  return ActiveProject();
+}
+InterfaceRef<BE::IProject> GetActiveProject() {
+  return ActiveProject();
+}
 
 void SetActiveProject(const InterfaceRef<BE::IProject>& project) {
   ActiveProject() = project;

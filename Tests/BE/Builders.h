@@ -105,7 +105,7 @@ inline std::vector<std::string> Contents(const InterfaceRef<BE::ICaptioningStrea
 
 // Writes down every message of a station in words: "added 5 7", "removed 3", "changed 5", "moved", "stream", "format".
 class MessageLog : public zebcore::messaging::Listener {
-public:
+ public:
   explicit MessageLog(const InterfaceRef<BE::INotification>& object) : mStation(object->GetStationID()) {
     zebcore::messaging::AddListener(mStation, this);
   }
@@ -131,7 +131,7 @@ public:
 
   std::vector<std::string> Take() { return std::exchange(mLines, {}); }
 
-private:
+ private:
   template <class Pairs> static std::string Begins(const Pairs& pairs) {
     std::string text;
     for (const auto& [stream, caption] : pairs)
@@ -145,7 +145,7 @@ private:
 
 // A folder that goes away with the test.
 class TemporaryFolder {
-public:
+ public:
   TemporaryFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "captivo-test-XXXXXX").string();
     mPath = mkdtemp(pattern.data());
@@ -158,7 +158,7 @@ public:
   std::filesystem::path operator/(const std::string& name) const { return mPath / name; }
   const std::filesystem::path& GetPath() const { return mPath; }
 
-private:
+ private:
   std::filesystem::path mPath;
 };
 

@@ -53,8 +53,8 @@ struct Model {
   Lines Print() const {
     std::vector<std::pair<std::pair<int, int>, std::string>> sorted;
     for (const auto& [age, entry] : captions)
-      sorted.push_back({{entry.begin, age},
-                        std::to_string(entry.begin) + "-" + std::to_string(entry.end) + " " + entry.text});
+      sorted.push_back(
+          {{entry.begin, age}, std::to_string(entry.begin) + "-" + std::to_string(entry.end) + " " + entry.text});
     std::sort(sorted.begin(), sorted.end());
     Lines lines;
     for (const auto& [place, line] : sorted)
@@ -71,7 +71,7 @@ struct Model {
 
 // Rows by begin time, kept by what the stream reports and by nothing else.
 class Rows : public zebcore::messaging::Listener {
-public:
+ public:
   explicit Rows(const InterfaceRef<BE::CaptioningStream>& stream) : mStream(stream) {
     zebcore::messaging::AddListener(stream->GetStationID(), this);
   }
@@ -89,7 +89,7 @@ public:
   }
   bool AreRight() const { return mRows == Expect(); }
 
-private:
+ private:
   struct Row {
     boost::intrusive_ptr<zebcaptioning::Caption> caption;
     std::string text;

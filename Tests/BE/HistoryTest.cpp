@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class History : public testing::Test {
-protected:
+ protected:
   InterfaceRef<BE::Project> project = BE::Project::CreateInMemory();
   InterfaceRef<BE::MasterClip> clip = AddVideoClip(project);
   InterfaceRef<BE::CaptioningStream> stream = AddStream(project, clip, {State(10, 20, "a"), State(30, 40, "b")});
@@ -24,7 +24,9 @@ protected:
   }
 };
 
-TEST_F(History, AddingAStreamIsAStepAndAddingAClipIsNone) { EXPECT_THAT(UndoNames(), ElementsAre("New stream")); }
+TEST_F(History, AddingAStreamIsAStepAndAddingAClipIsNone) {
+  EXPECT_THAT(UndoNames(), ElementsAre("New stream"));
+}
 
 TEST_F(History, APassageOfTypingIsOneStep) {
   const auto change = stream->BeginChange();

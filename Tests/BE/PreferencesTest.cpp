@@ -15,7 +15,7 @@ using BE::SerializeableValue;
 using zebmediatypes::FrameRate;
 
 class Preferences : public testing::Test {
-protected:
+ protected:
   void SetUp() override {
     BE::SetPreferencesInMemory();
     BE::SetPreferencesAvailable(true);

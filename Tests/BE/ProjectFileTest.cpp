@@ -35,7 +35,7 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
 }
 
 class ProjectFile : public testing::Test {
-protected:
+ protected:
   TemporaryFolder folder;
   std::filesystem::path path = folder / "p.captivo";
 

@@ -16,8 +16,7 @@ TEST(Bin, AClipWithVideoAndAudioHasBothClips) {
   EXPECT_EQ(video->GetFrameRate(), zebmediatypes::kFrameRate_25);
   EXPECT_TRUE(video->GetMasterClip() == clip);
   EXPECT_EQ(video.Query<BE::IVideoSegments>()->GetFrameRect().width, 1280);
-  EXPECT_EQ(clip->GetClip(BE::kMediaType_Audio, 0)->GetFrameRate(),
-            zebmediatypes::FrameRate::FromRational(48000, 1));
+  EXPECT_EQ(clip->GetClip(BE::kMediaType_Audio, 0)->GetFrameRate(), zebmediatypes::FrameRate::FromRational(48000, 1));
   EXPECT_FALSE(clip->GetClip(BE::kMediaType_Video, 1));
 }
 
@@ -120,7 +119,8 @@ TEST(Bin, ASequencesOwnMasterClipAnswersTheQueryForASequence) {
 
 TEST(Stream, OfSeveralCaptionsWithOneBeginTheNewestIsFoundAndKeysComeByBeginThenAge) {
   const auto project = BE::Project::CreateInMemory();
-  const auto stream = AddStream(project, AddVideoClip(project), {State(5, 9, "old"), State(5, 7, "new"), State(1, 2, "x")});
+  const auto stream =
+      AddStream(project, AddVideoClip(project), {State(5, 9, "old"), State(5, 7, "new"), State(1, 2, "x")});
   EXPECT_EQ(stream->FindByBegin(TickTime(5))->GetState()->text, u"new");
   EXPECT_EQ(Contents(stream), (Lines{"1-2 x", "5-9 old", "5-7 new"}));
   std::vector<BE::ICaptioningStream::CaptionKey> keys;
@@ -134,7 +134,8 @@ TEST(Stream, OfSeveralCaptionsWithOneBeginTheNewestIsFoundAndKeysComeByBeginThen
 
 TEST(Stream, ShowsAtATimeThoseThatHaveBegunAndNotEnded) {
   const auto project = BE::Project::CreateInMemory();
-  const auto stream = AddStream(project, AddVideoClip(project), {State(0, 100, "long"), State(5, 9, "a"), State(9, 12, "b")});
+  const auto stream =
+      AddStream(project, AddVideoClip(project), {State(0, 100, "long"), State(5, 9, "a"), State(9, 12, "b")});
   const auto texts = [&](std::int64_t time) {
     std::vector<std::string> found;
     for (const auto& caption : stream->FindAt(TickTime(time)))

@@ -13,16 +13,15 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 class StorageProblem : public testing::Test {
-protected:
+ protected:
   void SetUp() override {
     std::filesystem::create_directory(home);
     auto created = BE::Project::Create(path);
     ASSERT_TRUE(created) << created.problem.text;
     project = *created.value;
     stream = AddStream(project, AddVideoClip(project), {State(10, 20, "a")});
-    project->SetStorageProblemListener([this](const std::optional<BE::Problem>& problem) {
-      said.push_back(problem ? problem->text : "over");
-    });
+    project->SetStorageProblemListener(
+        [this](const std::optional<BE::Problem>& problem) { said.push_back(problem ? problem->text : "over"); });
   }
 
   void Type(const std::string& text) {

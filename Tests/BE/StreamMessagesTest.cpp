@@ -10,7 +10,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 class StreamMessages : public testing::Test {
-protected:
+ protected:
   InterfaceRef<BE::Project> project = BE::Project::CreateInMemory();
   InterfaceRef<BE::MasterClip> clip = AddVideoClip(project);
   InterfaceRef<BE::CaptioningStream> stream =

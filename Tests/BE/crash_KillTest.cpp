@@ -16,7 +16,7 @@ constexpr int kOperations = 300;
 
 // An editing session, the same each time: passages of typing, commits, reverts, undo and redo, edits from elsewhere.
 class Session {
-public:
+ public:
   explicit Session(const InterfaceRef<BE::Project>& project)
       : mProject(project), mStream(project->GetClips().at(0)->GetStreams().at(0)), mChange(mStream->BeginChange()) {}
 
@@ -57,7 +57,7 @@ public:
     return expected;
   }
 
-private:
+ private:
   InterfaceRef<BE::Project> mProject;
   InterfaceRef<BE::CaptioningStream> mStream;
   std::shared_ptr<BE::OpenChange> mChange;
@@ -116,7 +116,8 @@ TEST(Crash, KilledAtAnyMomentLosesNoCommittedStepAndAtMostTheLastKey) {
     char sign = 0;
     while (done < wanted && read(progress[0], &sign, 1) == 1)
       ++done;
-    for (auto discarded = std::uniform_int_distribution<unsigned long long>(0, 30000)(random); discarded > 0; --discarded)
+    for (auto discarded = std::uniform_int_distribution<unsigned long long>(0, 30000)(random); discarded > 0;
+         --discarded)
       random.discard(1);
     kill(child, SIGKILL);
     int status = 0;

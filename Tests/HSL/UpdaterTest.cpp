@@ -18,7 +18,7 @@ using zebcaptioning::CaptionFormatInfo;
 constexpr std::pair<std::size_t, std::size_t> kAll{0, zebcaptioning::kTextRange_End};
 
 class Updater : public testing::Test {
-protected:
+ protected:
   InterfaceRef<BE::Project> project = BE::Project::CreateInMemory();
   InterfaceRef<BE::MasterClip> clip = AddVideoClip(project);
   InterfaceRef<BE::CaptioningStream> stream = AddStream(project, clip, {State(10, 20, "one"), State(30, 40, "two")});

@@ -50,8 +50,8 @@ public:
   void AddCaption(const boost::intrusive_ptr<zebcaptioning::Caption>& caption);
   // The flag asks for the gap to be closed by the captions behind; false leaves them.
   void RemoveCaptions(const std::vector<TickTime>& times, bool closeGap);
-  // caret is the selection after the change. ownFocus says that no text control holds the focus, so that the change is
-  // a passage of its own.
+  // caret is the selection after the change. withoutFocus says that no text control held the focus; the change is taken
+  // alike.
   void ApplyTextChange(const TickTime& begin, const UString& oldText, const UString& newText,
                        const std::pair<std::size_t, std::size_t>& caret, bool withoutFocus);
   // alignToFrame moves both times to frames of the display; false takes them as they are.
