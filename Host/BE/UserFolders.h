@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-// Where the program keeps what is the user's, after the XDG Base Directory Specification. The folders need not exist.
+// Where the program keeps what is the user's, as the XDG base directories say. The folders need not exist.
 namespace BE::folders {
 
 std::filesystem::path GetConfigFolder();
