@@ -49,7 +49,9 @@ void WriteLog(int level, const char* format, va_list arguments, void*) {
 enum StyleIndex { kStyle_Boxes, kStyle_Characters };
 
 void AddStyle(ASS_Track& track, const char* name, int borderStyle) {
-  ASS_Style& style = track.styles[ass_alloc_style(&track)];
+  // The index first: allocating may move the array.
+  const int index = ass_alloc_style(&track);
+  ASS_Style& style = track.styles[index];
   style.Name = strdup(name);
   style.FontName = strdup("Sans");
   style.FontSize = 18;
@@ -118,7 +120,8 @@ struct OpenCaptionRenderer::Impl {
   }
 
   void AddEvent(int layer, StyleIndex style, const std::string& text) {
-    ASS_Event& event = track->events[ass_alloc_event(track.get())];
+    const int index = ass_alloc_event(track.get());
+    ASS_Event& event = track->events[index];
     event.Start = 0;
     event.Duration = 1000;
     event.Layer = layer;

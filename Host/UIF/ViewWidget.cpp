@@ -1,6 +1,7 @@
 #include "UIF/ViewWidget.h"
 
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QWheelEvent>
 
 #include "UIF/KeyCodes.h"
@@ -22,6 +23,25 @@ KeyModifiers ModifiersOf(const QInputEvent& event) {
 
 PointT<int> PointOf(const QPointF& point) {
   return {static_cast<int>(point.x()), static_cast<int>(point.y())};
+}
+
+// A turn that would pass an end of the panel's scroll bar stops there, as scroll bars do: views count on the wheel
+// without a bound of their own. False if it stays inside, or if there is no bar.
+bool StopsAtEnd(const QWidget& widget, int notches) {
+  const TabView* tabView = TabViewOf(const_cast<QWidget*>(&widget));
+  const QWidget* panel = tabView ? WidgetOf(tabView) : nullptr;
+  if (!panel)
+    return false;
+  for (QScrollBar* bar : panel->findChildren<QScrollBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (bar->orientation() != Qt::Vertical || bar->isHidden())
+      continue;
+    const int target = bar->value() - notches * bar->singleStep();
+    if (target >= bar->minimum() && target <= bar->maximum())
+      return false;
+    bar->setValue(target);
+    return true;
+  }
+  return false;
 }
 
 } // namespace
@@ -127,7 +147,7 @@ void ViewWidget::wheelEvent(QWheelEvent* event) {
   mWheelRest += turned;
   const int notches = mWheelRest / kEighthsPerNotch;
   mWheelRest -= notches * kEighthsPerNotch;
-  if (notches != 0)
+  if (notches != 0 && !StopsAtEnd(*this, notches))
     mView->DispatchMouseWheel(point, ModifiersOf(*event), notches);
 }
 
