@@ -105,8 +105,13 @@ void MainWindow::RestoreLayout(bool asLeft) {
     return;
   // Docks take their widths only once the window has its own.
   QTimer::singleShot(0, this, [this] {
-    if (auto* bin = findChild<QDockWidget*>(QStringLiteral("bin")))
-      resizeDocks({bin}, {kBinWidth}, Qt::Horizontal);
+    QList<QDockWidget*> docks{findChild<QDockWidget*>(QStringLiteral("bin"))};
+    QList<int> widths{kBinWidth};
+    for (const auto& [tabID, frame] : mFrames) {
+      docks.push_back(frame);
+      widths.push_back(width() - kBinWidth);
+    }
+    resizeDocks(docks, widths, Qt::Horizontal);
   });
 }
 
