@@ -1,0 +1,151 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "BE/Project.h"
+#include "Captions/list/CaptionsItem.h"
+#include "Captions/list/CaptionsItemList.h"
+#include "Captions/pane/CaptionsPane.h"
+#include "Captions/pane/CaptionsTextEdit.h"
+#include "Captions/shell/CaptionsHandler.h"
+#include "Captions/view/CaptionsView.h"
+#include "HSL/Module.h"
+#include "ML/RenderFrame.h"
+#include "UIF/Dialogs.h"
+#include "UIF/Workspace.h"
+#include "zebcore/Trace.h"
+#include "zebui/Controls.h"
+
+namespace Captivo {
+
+// Reads, and where a test must set a stage also writes, what the panel keeps to itself.
+class CaptionsInspector {
+ public:
+  static auto& View(CaptionsHandler& handler) { return handler.mView; }
+  static auto& Source(CaptionsHandler& handler) { return handler.mSource; }
+
+  static CaptionsPane* Pane(CaptionsView& view) { return view.pane; }
+  static auto& Bar(CaptionsView& view) { return view.scrollBar; }
+  static auto& ScrollPosition(CaptionsView& view) { return view.scrollPosition; }
+  static auto& AddButton(CaptionsView& view) { return view.addCaptionButton; }
+  static auto& DeleteButton(CaptionsView& view) { return view.deleteCaptionButton; }
+  static auto& FormatInfo(CaptionsView& view) { return view.formatInfo; }
+  static auto& RegionAndStyleEnabled(CaptionsView& view) { return view.regionAndStyleEnabled; }
+  static auto& FormatBarHeight(CaptionsView& view) { return view.formatBarHeight; }
+  static bool IsOnDuty(CaptionsView& view) { return view.onDuty; }
+  static bool IsCreated(CaptionsView& view) { return view.created; }
+  static void LayoutContent(CaptionsView& view, const RectT<int>& rect) { view.LayoutContent(rect); }
+
+  static auto& Source(CaptionsPane& pane) { return pane.source; }
+  static CaptionsItemList& List(CaptionsPane& pane) { return *pane.list; }
+  static auto& Updater(CaptionsPane& pane) { return *pane.updater; }
+  static auto& ScrollOffset(CaptionsPane& pane) { return pane.scrollOffset; }
+  static auto& FirstVisibleRow(CaptionsPane& pane) { return pane.firstVisibleRow; }
+  static auto& LastVisibleRow(CaptionsPane& pane) { return pane.lastVisibleRow; }
+  static auto& ResetScrollPending(CaptionsPane& pane) { return pane.resetScrollPending; }
+  static auto& DeferActive(CaptionsPane& pane) { return pane.deferActive; }
+  static auto& ReloadPending(CaptionsPane& pane) { return pane.reloadPending; }
+  static auto& SourcePending(CaptionsPane& pane) { return pane.sourcePending; }
+  static auto& PendingSource(CaptionsPane& pane) { return pane.pendingSource; }
+  static auto& FilterText(CaptionsPane& pane) { return pane.filterText; }
+  static auto& KeepTextFocus(CaptionsPane& pane) { return pane.keepTextFocus; }
+  static auto PollTimer(CaptionsPane& pane) { return pane.pollTimer; }
+  static auto DeferTimer(CaptionsPane& pane) { return pane.deferTimer; }
+  static bool IsCreated(CaptionsPane& pane) { return pane.created; }
+  static std::size_t CountPreviews(CaptionsPane& pane, const InterfaceRef<BE::IVideoSegments>& video) {
+    const auto found = pane.previewCache.find(video);
+    return found == pane.previewCache.end() ? 0 : found->second.size();
+  }
+
+  static const TickTime& Anchor(CaptionsItemList& list) { return list.mAnchorTime; }
+  static const TextRange& TextSelection(CaptionsItemList& list) { return list.mTextSelection; }
+  static std::vector<TickTime> SelectedKeys(CaptionsItemList& list) {
+    std::vector<TickTime> keys;
+    for (const CaptionsRow& row : list.mSelected)
+      keys.push_back(row.time);
+    return keys;
+  }
+
+  static bool IsTimeEditPending(const CaptionsItem& item) { return item.mTimeEditPending; }
+  static void ForgetFontProbe() { CaptionsItem::sFontProbe = CaptionsItem::FontProbe::NotProbed; }
+};
+
+} // namespace Captivo
+
+namespace Captivo::Testing {
+
+using Inspector = CaptionsInspector;
+
+inline constexpr StreamFormat kOpenTrack1 = 0x4F504E31; // "OPN1"
+
+// The toolkit's application object, offscreen; made once.
+void NeedApplication();
+
+TickTime Seconds(double seconds);
+boost::intrusive_ptr<Caption> MakeCaption(double begin, double end, const UString& text = u"Text");
+// Captions of a second each, beginning at these seconds.
+std::vector<boost::intrusive_ptr<Caption>> MakeCaptions(const std::vector<double>& begins);
+
+struct RenderRequest {
+  TickTime time;
+  std::uint32_t id;
+};
+
+// A person who clicks message boxes away, and a host with one project, a frame for the panel and a renderer that only
+// remembers what it was asked for.
+class PanelTest : public testing::Test {
+ protected:
+  PanelTest();
+  ~PanelTest() override;
+
+  // A clip of 25 frames a second.
+  InterfaceRef<BE::MasterClip> AddClip(const UString& name = u"Clip", bool isMerged = false);
+  InterfaceRef<BE::MasterClip> AddClip(const BE::MediaInfo& info);
+  InterfaceRef<BE::CaptioningStream> AddStream(const InterfaceRef<BE::MasterClip>& clip,
+                                               const std::vector<boost::intrusive_ptr<Caption>>& captions,
+                                               StreamFormat format = zebcaptioning::kStreamFormat_608_CC1);
+  void SelectClip(const InterfaceRef<BE::IMasterClip>& clip);
+
+  // The panel on a clip with these captions, in a container of this size.
+  void OpenPanelOn(const std::vector<boost::intrusive_ptr<Caption>>& captions, int width = 600, int height = 700);
+  void OpenPanel(int width = 600, int height = 700);
+
+  void MakeHandler();
+  CaptionsHandler& Handler() { return *handler; }
+  CaptionsView& View() { return *Inspector::View(*handler); }
+  CaptionsPane& Pane() { return *Inspector::Pane(View()); }
+  CaptionsItemList& List() { return Inspector::List(Pane()); }
+  boost::shared_ptr<CaptionsItem> Row(double begin);
+  CaptionsTextEdit& Text(double begin) { return *Row(begin)->GetTextEdit(); }
+  std::vector<double> Begins();
+  std::vector<double> SelectedBegins();
+
+  void Click(double begin, std::uint8_t modifiers = 0);
+  bool PressKey(short keyCode, std::uint8_t modifiers = 0);
+  // Turns the clock, firing what falls due.
+  void Tick(int milliseconds);
+  void FocusText(double begin);
+  // One pass over everything that is on show.
+  void Paint();
+
+  // Names of the recorded calls since the last time.
+  std::vector<std::string> TakeCalls(const std::string& start);
+
+  InterfaceRef<BE::Project> project;
+  InterfaceRef<BE::MasterClip> clip;
+  InterfaceRef<BE::CaptioningStream> stream;
+  std::vector<UIF::MessageBoxRecord> boxes;
+  std::vector<RenderRequest>& renderRequests;
+
+ private:
+  struct Frame;
+  std::unique_ptr<Frame> frame;
+  std::unique_ptr<HSL::Handler> ownedHandler;
+  CaptionsHandler* handler = nullptr;
+};
+
+} // namespace Captivo::Testing
