@@ -199,6 +199,8 @@ class CaptionsPane : public UIF::SubView, public zebcore::messaging::Listener {
   void RequestPreview(const TickTime& time, const CaptionsSource& ofSource);
   PreviewEntry& FindPreviewEntry(const InterfaceRef<BE::IVideoSegments>& video, const TickTime& time,
                                  const InterfaceRef<MF::IVideoFrame>& frame);
+  void PaintThumbnail(UIF::DC& dc, const InterfaceRef<BE::IVideoSegments>& video, const TickTime& time,
+                      const RectT<int>& sourceRect, const RectT<int>& targetRect);
 
   CaptionsView* view;
   bool created = false;

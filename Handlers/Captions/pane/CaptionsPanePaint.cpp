@@ -50,6 +50,9 @@ struct CaptionsPane::RowGeometry {
   UIF::Color labelColor;
   UIF::Color dividerColor;
   RectT<int> client;
+  InterfaceRef<BE::IVideoSegments> video;
+  RectT<int> thumbnailSource;
+  RectT<int> thumbnailTarget; // in a row whose top is 0
   int labelX;
   int labelWidth;
   int timecodeX;
@@ -124,6 +127,9 @@ CaptionsPane::RowGeometry CaptionsPane::ComputeRowGeometry() const {
                        UIF::ColorManager::GetColor(UIF::kColor_ReversibleBlack),
                        GetDividerColor(),
                        ClientRect(),
+                       source.GetVideoClip(),
+                       Thumbnail::kDefaultRect,
+                       {},
                        0,
                        0,
                        0,
@@ -131,12 +137,11 @@ CaptionsPane::RowGeometry CaptionsPane::ComputeRowGeometry() const {
                        0};
   const float labelWidth =
       std::max(geometry.font.StringWidth(geometry.inLabel), geometry.font.StringWidth(geometry.outLabel));
-  RectT<int> thumbnail = Thumbnail::kDefaultRect;
-  if (const auto video = source.GetVideoClip())
-    thumbnail = Thumbnail::GetSourceRect(video->GetFrameRect(), video->GetPixelAspectRatio());
-  const RectT<int> target = Thumbnail::GetTargetRect(thumbnail, {geometry.client.x, geometry.client.y});
+  if (const auto& video = geometry.video)
+    geometry.thumbnailSource = Thumbnail::GetSourceRect(video->GetFrameRect(), video->GetPixelAspectRatio());
+  geometry.thumbnailTarget = Thumbnail::GetTargetRect(geometry.thumbnailSource, {geometry.client.x, -kFirstRowTop});
 
-  geometry.labelX = target.Right() + kGap;
+  geometry.labelX = geometry.thumbnailTarget.Right() + kGap;
   geometry.labelWidth = static_cast<int>(labelWidth) + kExtraLabelWidth;
   geometry.timecodeX = static_cast<int>(static_cast<float>(geometry.labelX) + labelWidth + kGap);
   geometry.textX = geometry.timecodeX + kTimecodeWidth + kTextGap;
@@ -149,6 +154,11 @@ void CaptionsPane::PaintRow(UIF::DC& dc, CaptionsItem& item, int index, const Ro
   const RectT<int>& client = geometry.client;
   if (list->IsSelected(item.GetBeginTime()))
     dc.FillRect({client.x, rowTop + 1, client.width, kSelectionBandHeight}, geometry.bandColor, kOpaque);
+  if (geometry.video) {
+    RectT<int> target = geometry.thumbnailTarget;
+    target.y += rowTop;
+    PaintThumbnail(dc, geometry.video, GetLastFrameTime(item.GetEndTime()), geometry.thumbnailSource, target);
+  }
 
   const auto drawLabel = [&](const UString& label, int top) {
     const RectT<int> rect{geometry.labelX, rowTop + top, geometry.labelWidth, kLineHeight};

@@ -2,7 +2,10 @@
 #include "Captions/contracts/SelectionMessages.h"
 #include "Captions/pane/CaptionsPane.h"
 #include "Captions/pane/Thumbnail.h"
+#include "HSL/RenderOpenCaptions.h"
 #include "ML/RenderFrame.h"
+#include "UIF/VideoFrameBlit.h"
+#include "VF/VideoFrameManipulators.h"
 
 namespace Captivo {
 
@@ -13,6 +16,7 @@ namespace {
 constexpr int kRenderTimeout = 800;
 constexpr int kRenderFlags = 0;
 constexpr int kLetterbox_None = 0;
+constexpr int kRenderQuality = 4;
 
 } // namespace
 
@@ -63,6 +67,24 @@ CaptionsPane::PreviewEntry& CaptionsPane::FindPreviewEntry(const InterfaceRef<BE
     Invalidate();
   }
   return entry;
+}
+
+void CaptionsPane::PaintThumbnail(UIF::DC& dc, const InterfaceRef<BE::IVideoSegments>& video, const TickTime& time,
+                                  const RectT<int>& sourceRect, const RectT<int>& targetRect) {
+  const PreviewEntry& entry = FindPreviewEntry(video, time, nullptr);
+  if (!entry.frame)
+    return;
+  if (!entry.model) {
+    UIF::VideoFrameBlit::BlitFrame(entry.frame, sourceRect, dc, targetRect, 1.0);
+    return;
+  }
+  // The cached frame is never drawn upon.
+  const auto copy = VF::VideoFrameManipulators::CreateBlankFrame(entry.frame);
+  VF::VideoFrameManipulators::CopyFrame(entry.frame, copy, kRenderQuality,
+                                        zebmediatypes::ColorSpaceConversionParameters());
+  HSL::RenderOpenCaptions(entry.model, {0, 0, targetRect.width, targetRect.height}, copy->GetPixelAspectRatio(), copy,
+                          video->GetFrameRect(), video->GetFrameRect(), -1, -1, 1.0);
+  UIF::VideoFrameBlit::BlitFrame(copy, sourceRect, dc, targetRect, 1.0);
 }
 
 void CaptionsPane::ForgetPreview(const InterfaceRef<BE::IVideoSegments>& video) {
