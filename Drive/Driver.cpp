@@ -37,6 +37,7 @@ RequestTable MakeTable() {
   AddSelectionRequests(table);
   AddMessageRequests(table);
   AddStreamRequests(table);
+  AddFactsRequests(table);
   AddPanelRequests(table);
   AddControlRequests(table);
   AddInputRequests(table);
@@ -112,6 +113,7 @@ Driver::Driver() : mStart(zebcore::Clock::Instance().Now()) {
     popups.menus.push_back({{"name", name}, {"items", std::move(list)}});
     return std::exchange(popups.nextMenuChoice, 0);
   });
+  HSL::Handler::SetPanelMovementHook([this](HSL::Handler::PanelMovement) { return popups.panelMovementResult; });
   zebcore::trace::SetAnnotator([this](zebcore::trace::Call& call) {
     if (call.call.compare(0, std::string_view(kUpdaterPrefix).size(), kUpdaterPrefix) != 0)
       return;
@@ -130,6 +132,7 @@ Driver::~Driver() {
   removedStreams.clear();
   Session().CloseProject();
   Settle();
+  HSL::Handler::SetPanelMovementHook({});
   UIF::MenuUtils::SetMenuHook({});
   UIF::SetMessageBoxHook({});
   UIF::Workspace::SetSelectionRepeater({});
@@ -259,16 +262,11 @@ bool Driver::CreateHandler() {
   if (!mModule)
     mModule = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"Captions");
   mHandler = HSL::Handler::CreateHandler(HSL::kCaptionsHandlerID, u"Captions");
-  if (mHandler)
-    UIF::Workspace::RegisterCreator(mHandler->GetTabID(), mHandler.get());
   return mHandler != nullptr;
 }
 
 void Driver::DestroyHandler() {
   mHandlerDecided = true;
-  if (!mHandler)
-    return;
-  UIF::Workspace::UnregisterCreator(mHandler->GetTabID(), mHandler.get());
   mHandler.reset();
 }
 

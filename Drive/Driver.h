@@ -43,6 +43,8 @@ struct Popups {
   Json boxes = Json::array();
   Json menus = Json::array();
   int nextMenuChoice = 0;
+  // What the host's find box and next and previous panel answer.
+  bool panelMovementResult = false;
 };
 
 // The host, the panel and the clock, and what one request leaves for the next.
@@ -124,6 +126,7 @@ void AddProjectRequests(RequestTable& table);
 void AddSelectionRequests(RequestTable& table);
 void AddMessageRequests(RequestTable& table);
 void AddStreamRequests(RequestTable& table);
+void AddFactsRequests(RequestTable& table);
 void AddPanelRequests(RequestTable& table);
 void AddControlRequests(RequestTable& table);
 void AddInputRequests(RequestTable& table);

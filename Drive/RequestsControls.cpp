@@ -117,9 +117,9 @@ Json FindStatus(Driver& driver, const Fields& fields) {
   return {{"answered", answered}, {"enabled", enabled}, {"marked", marked}, {"name", FromText(name)}};
 }
 
-Json SetNextPanelResult(Driver&, const Fields& fields) {
-  fields.Flag("value");
-  throw RequestError("value: the host's find box and panel movement cannot be replaced yet");
+Json SetNextPanelResult(Driver& driver, const Fields& fields) {
+  driver.popups.panelMovementResult = fields.Flag("value");
+  return Json::object();
 }
 
 Json RefuseLater(const char* what) {

@@ -9,6 +9,7 @@
 #include "UIF/ShortcutManager.h"
 #include "UIF/Workspace.h"
 #include "zebappsupport/Feature.h"
+#include "zebcaptioning/GenericFonts.h"
 #include "zebcore/DebugDatabase.h"
 #include "zebcore/Localizer.h"
 #include "zebcore/SystemFonts.h"
@@ -95,8 +96,15 @@ bool IsInstalled(const wchar_t* family) {
 }
 
 Json SetFonts(Driver&, const Fields& fields) {
-  if (fields.Has("generic"))
-    fields.Refuse("generic", "the families that stand for generic ones cannot be replaced yet");
+  if (fields.Mentions("generic")) {
+    std::map<zebcore::UString, zebcore::UString> names;
+    if (fields.Has("generic")) {
+      const Fields generic = fields.Object("generic");
+      for (const auto& [name, family] : generic.GetJson().items())
+        names[zebcore::FromUTF8(name)] = zebcore::FromUTF8(generic.Text(name.c_str()));
+    }
+    zebcaptioning::SetGenericUIFontNames(std::move(names));
+  }
   if (fields.Has("families")) {
     std::set<std::wstring> names;
     for (const Fields& family : fields.Objects("families")) {

@@ -145,4 +145,24 @@ TEST_F(DriveTest, TheFactsOfAFormatAreToldByNumberAndByName) {
   EXPECT_EQ(Do("facts", {{"stream_format", "open"}}).at("colors").at("text"), nullptr);
 }
 
+TEST_F(DriveTest, OtherFactsCanStandInForAFormatsOwn) {
+  const Json own = Do("facts", {{"stream_format", "teletext"}});
+  const Json types = Json::array({{{"type", 3}, {"name", "Flying"}}});
+  const Json colors = {{"text", Json::array({{{"color", {1, 0, 0, 1}}, {"name", "Signal"}}})}};
+  const Json other = Do("facts", {{"stream_format", "teletext"}, {"types", types}, {"colors", colors}});
+  EXPECT_EQ(other.at("types"), types);
+  ASSERT_EQ(other.at("colors").at("text").size(), 1U);
+  EXPECT_EQ(other.at("colors").at("text")[0].at("name"), "Signal");
+  EXPECT_EQ(other.at("colors").at("background"), own.at("colors").at("background"));
+  EXPECT_EQ(Do("facts", {{"stream_format", "teletext"}, {"types", nullptr}}), own);
+}
+
+TEST_F(DriveTest, TheHandlersPanelMovementAnswersAsItWasTold) {
+  constexpr int kNextPanel = 11916;
+  Do("new");
+  EXPECT_EQ(Do("command", {{"number", kNextPanel}, {"to", "handler"}}).at("handled"), false);
+  Do("next_panel_result", {{"value", true}});
+  EXPECT_EQ(Do("command", {{"number", kNextPanel}, {"to", "handler"}}).at("handled"), true);
+}
+
 } // namespace Tests
