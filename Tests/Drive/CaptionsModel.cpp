@@ -30,6 +30,13 @@ std::vector<ModelCaption> CaptionsModel::GetStream() const {
   return captions;
 }
 
+bool CaptionsModel::MeansOtherCaptions() const {
+  return std::any_of(mRows.begin(), mRows.end(), [&](const auto& row) {
+    const ModelCaption* newest = FindNewest(mStream, row.first);
+    return !newest || newest->age != row.second.caption;
+  });
+}
+
 const ModelCaption* CaptionsModel::FindNewest(const Stream& stream, Time begin) const {
   const ModelCaption* newest = nullptr;
   for (const auto& [age, caption] : stream) {

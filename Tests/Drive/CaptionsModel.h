@@ -62,6 +62,9 @@ class CaptionsModel {
   std::optional<Time> GetAnchor() const { return mAnchor; }
   // By begin, then age.
   std::vector<ModelCaption> GetStream() const;
+  // Captions that overlap backwards can bring a row onto the begin of a newer caption. From then on the row and the
+  // stream mean different captions by that begin, and what the row shows depends on when it comes into view.
+  bool MeansOtherCaptions() const;
 
  private:
   // The stream becomes this, and the panel hears of it.

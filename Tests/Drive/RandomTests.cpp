@@ -51,6 +51,7 @@ class RandomOperations : public DriveTest, public ::testing::WithParamInterface<
   CaptionsModel mModel{kFrame};
   Json mPanel;
   std::string mDone;
+  int mCompared = 0;
 };
 
 void RandomOperations::Retime(Time row) {
@@ -224,9 +225,13 @@ TEST_P(RandomOperations, LeaveRowsSelectionAnchorAndStreamAsTheModelHasThem) {
   Compare();
   for (int i = 0; i < kOperations && !HasFatalFailure() && !HasNonfatalFailure(); ++i) {
     Operate();
+    if (mModel.MeansOtherCaptions())
+      break;
+    ++mCompared;
     SCOPED_TRACE("operation " + std::to_string(i) + ": " + mDone);
     Compare();
   }
+  EXPECT_GE(mCompared, kOperations / 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomOperations, ::testing::Values(1U, 2U, 3U, 4U, 5U, 6U));
