@@ -135,11 +135,28 @@ struct FrameDecoder::Impl {
     nextTimestamp = AV_NOPTS_VALUE;
   }
 
+  // To the first packet. A search by timestamp in a container without an index may end behind the first picture.
+  bool Rewind() {
+    if (format->iformat->flags & AVFMT_TS_DISCONT) {
+      if (av_seek_frame(format.get(), -1, 0, AVSEEK_FLAG_BYTE) < 0)
+        return false;
+      Forget();
+      return true;
+    }
+    return Seek(firstTimestamp);
+  }
+
   bool Seek(std::int64_t timestamp) {
     if (av_seek_frame(format.get(), stream->index, timestamp, AVSEEK_FLAG_BACKWARD) < 0 &&
         avformat_seek_file(format.get(), stream->index, std::numeric_limits<std::int64_t>::min(), timestamp,
                            std::numeric_limits<std::int64_t>::max(), 0) < 0)
       return false;
+    Forget();
+    return true;
+  }
+
+  // All that was decoded at the former place.
+  void Forget() {
     avcodec_flush_buffers(codec.get());
     draining = false;
     lastOutput = AV_NOPTS_VALUE;
@@ -147,7 +164,6 @@ struct FrameDecoder::Impl {
     nextTimestamp = AV_NOPTS_VALUE;
     av_frame_unref(current.get());
     av_frame_unref(next.get());
-    return true;
   }
 
   // Decodes on until current is the picture on show at the target and next, if there is one, starts behind it.
@@ -172,7 +188,7 @@ struct FrameDecoder::Impl {
     for (std::int64_t back = kFirstSeekBackMilliseconds;; back = back == 0 ? 1000 : back * 4) {
       const std::int64_t aim = std::max(firstTimestamp, target - FromMilliseconds(back));
       const bool atStart = aim == firstTimestamp || back > kLastSeekBackMilliseconds;
-      if (!Seek(atStart ? firstTimestamp : aim))
+      if (!(atStart ? Rewind() : Seek(aim)))
         return false;
       DecodeUpTo(target);
       if (atStart || (currentTimestamp != AV_NOPTS_VALUE && currentTimestamp <= target))
