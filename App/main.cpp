@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLocale>
 #include <QStyleFactory>
@@ -10,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,39 +56,47 @@ std::optional<QSize> ParseSize(const QString& text) {
   std::exit(kUnusable);
 }
 
-Options ReadOptions(const QApplication& application) {
+struct CommandLine {
+  CommandLine();
   QCommandLineParser parser;
+  QCommandLineOption picture{QStringLiteral("picture"), QStringLiteral("Render the window into a PNG."),
+                             QStringLiteral("path")};
+  QCommandLineOption size{QStringLiteral("size"), QStringLiteral("Size of the window."), QStringLiteral("WxH")};
+  QCommandLineOption theme{QStringLiteral("theme"), QStringLiteral("light or dark."), QStringLiteral("name")};
+  QCommandLineOption language{QStringLiteral("language"), QStringLiteral("en or de."), QStringLiteral("code")};
+  QCommandLineOption select{QStringLiteral("select"), QStringLiteral("Select the Nth clip."), QStringLiteral("N")};
+};
+
+CommandLine::CommandLine() {
   parser.setApplicationDescription(QStringLiteral(
       "Opens a project, or media and caption files as a new project; with no file, the sample project."));
   parser.addHelpOption();
   parser.addVersionOption();
-  const QCommandLineOption picture(QStringLiteral("picture"), QStringLiteral("Render the window into a PNG."),
-                                   QStringLiteral("path"));
-  const QCommandLineOption size(QStringLiteral("size"), QStringLiteral("Size of the window."), QStringLiteral("WxH"));
-  const QCommandLineOption theme(QStringLiteral("theme"), QStringLiteral("light or dark."), QStringLiteral("name"));
-  const QCommandLineOption language(QStringLiteral("language"), QStringLiteral("en or de."), QStringLiteral("code"));
-  const QCommandLineOption select(QStringLiteral("select"), QStringLiteral("Select the Nth clip."),
-                                  QStringLiteral("N"));
   parser.addOptions({picture, size, theme, language, select});
   parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Projects, media and caption files."),
                                QStringLiteral("[file...]"));
+}
+
+Options ReadOptions(const QApplication& application) {
+  CommandLine line;
+  QCommandLineParser& parser = line.parser;
   parser.process(application);
 
   Options options;
-  options.picture = parser.value(picture);
-  if (parser.isSet(picture) && options.picture.isEmpty())
+  options.picture = parser.value(line.picture);
+  if (parser.isSet(line.picture) && options.picture.isEmpty())
     Refuse("--picture needs a path");
-  options.size = ParseSize(parser.value(size));
-  if (parser.isSet(size) && !options.size)
+  options.size = ParseSize(parser.value(line.size));
+  if (parser.isSet(line.size) && !options.size)
     Refuse("--size is width and height, as in 1280x800");
-  if (parser.isSet(theme)) {
-    if (parser.value(theme) != QLatin1String("light") && parser.value(theme) != QLatin1String("dark"))
+  if (parser.isSet(line.theme)) {
+    if (parser.value(line.theme) != QLatin1String("light") && parser.value(line.theme) != QLatin1String("dark"))
       Refuse("--theme is light or dark");
-    options.dark = parser.value(theme) == QLatin1String("dark");
+    options.dark = parser.value(line.theme) == QLatin1String("dark");
   }
-  options.language = parser.value(language).toStdString();
-  options.select = parser.value(select).toInt();
-  if (parser.isSet(select) && options.select < 1)
+  options.language = parser.value(line.language).toStdString();
+  options.select = parser.value(line.select).toInt();
+  if (parser.isSet(line.select) && options.select < 1)
     Refuse("--select is the number of a clip, from 1");
   for (const QString& file : parser.positionalArguments())
     options.files.emplace_back(file.toStdString());
@@ -208,14 +216,47 @@ void PrepareForPictures(int argc, char** argv) {
   });
 }
 
+bool HasArgument(int argc, char** argv, std::initializer_list<std::string_view> wanted) {
+  for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i)
+    if (std::find(wanted.begin(), wanted.end(), argv[i]) != wanted.end())
+      return true;
+  return false;
+}
+
+void NameProgram() {
+  QCoreApplication::setApplicationName(QStringLiteral("captivo"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(CAPTIVO_VERSION));
+}
+
+// Help and version take no window, and so no display.
+void AnswerWithoutDisplay(int argc, char** argv) {
+  if (!HasArgument(argc, argv, {"--help", "-h", "--help-all", "--version", "-v"}))
+    return;
+  const QCoreApplication application(argc, argv);
+  NameProgram();
+  CommandLine().parser.process(application);
+}
+
+// The toolkit gives up with a core dump where it finds none.
+void NeedDisplay(int argc, char** argv) {
+  const auto isSet = [](const char* name) {
+    const char* value = std::getenv(name);
+    return value && *value;
+  };
+  if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("QT_QPA_PLATFORM") &&
+      !HasArgument(argc, argv, {"-platform", "--platform"}))
+    Refuse("there is no display to open a window on; --picture renders it into a file");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+  AnswerWithoutDisplay(argc, argv);
   PrepareForPictures(argc, argv);
+  NeedDisplay(argc, argv);
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("captivo"));
+  NameProgram();
   QApplication::setApplicationDisplayName(QStringLiteral("Captivo"));
-  QApplication::setApplicationVersion(QStringLiteral(CAPTIVO_VERSION));
   QApplication::setDesktopFileName(QStringLiteral("captivo"));
   // The window quits when it is closed; one that is made anew does not.
   QApplication::setQuitOnLastWindowClosed(false);

@@ -27,6 +27,8 @@ Problem NoCaption(const fs::path& path, const Formats::Problem& first) {
 
 // Reading and understanding takes its own share of the way; what is left is for the project's file.
 constexpr double kShareOfReading = 0.85;
+// From so many captions on, putting them into the project's file takes long enough to be told.
+constexpr std::size_t kManyCaptions = 20000;
 
 Result<Formats::ReadResult> ReadCaptions(const fs::path& path, zebcaptioning::StreamFormat format, JobState& state) {
   Result<std::string> bytes = ReadCaptionFile(path, state);
@@ -60,7 +62,10 @@ Result<ImportReport> Session::ImportCaptions(const InterfaceRef<BE::MasterClip>&
   if (!*read)
     return {std::nullopt, read->problem};
   Formats::ReadResult& result = *read->value;
-  if (result.cancelled || (progress && !progress(kShareOfReading, what)))
+  const std::string then = result.captions.size() < kManyCaptions
+                               ? what
+                               : Text("$$$/Vidra/Captivo/Progress/Storing=Storing {1}", {QuotedName(path)});
+  if (result.cancelled || (progress && !progress(kShareOfReading, then)))
     return {std::nullopt, Stopped()};
 
   BE::StreamDescription description;

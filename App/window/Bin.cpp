@@ -160,6 +160,7 @@ void Bin::RefreshNow() {
     item->setExpanded(!folded[clip->GetID()]);
   }
   MakeCurrent(currentID);
+  MarkStreams();
   mPages->setCurrentIndex(clips.empty() ? kPage_Empty : kPage_Tree);
   mFilling = false;
 }
@@ -224,6 +225,28 @@ void Bin::SetCurrentClip(const Clip& clip) {
 
 void Bin::SetCurrentStream(const Stream& stream) {
   MakeCurrent(stream ? stream->GetID() : std::string());
+}
+
+void Bin::SetStreamOnShow(const Stream& stream) {
+  mOnShowID = stream ? stream->GetID() : std::string();
+  MarkStreams();
+}
+
+void Bin::MarkStreams() {
+  const QString onShow = QString::fromStdString(mOnShowID);
+  for (int i = 0; i < mTree->topLevelItemCount(); ++i) {
+    for (int j = 0; j < mTree->topLevelItem(i)->childCount(); ++j) {
+      QTreeWidgetItem* item = mTree->topLevelItem(i)->child(j);
+      const bool marked = !onShow.isEmpty() && item->data(0, kIDRole) == onShow;
+      QFont font = mTree->font();
+      font.setBold(marked);
+      const QString tip = marked ? Label("$$$/Vidra/Captivo/Bin/OnShow=Shown in the Captions panel") : QString();
+      for (const int column : {kColumn_Name, kColumn_Details})
+        item->setToolTip(column, tip);
+      item->setFont(kColumn_Name, font);
+      item->setData(kColumn_Name, Qt::AccessibleDescriptionRole, tip);
+    }
+  }
 }
 
 QTreeWidgetItem* Bin::FindItem(const std::string& id) const {

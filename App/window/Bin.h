@@ -40,6 +40,8 @@ class Bin : public QWidget, private zebcore::messaging::Listener {
   // Reports nothing.
   void SetCurrentClip(const Clip& clip);
   void SetCurrentStream(const Stream& stream);
+  // The stream that the panel shows stands out; null for none.
+  void SetStreamOnShow(const Stream& stream);
 
   // Called when a person made an item the current one, and when one opened it by double click or Enter.
   std::function<void(const Clip&, const Stream&)> whenSelected;
@@ -55,11 +57,13 @@ class Bin : public QWidget, private zebcore::messaging::Listener {
   void FillClip(QTreeWidgetItem& item, const Clip& clip);
   void FillStream(QTreeWidgetItem& item, const Stream& stream);
   QTreeWidgetItem* FindItem(const std::string& id) const;
+  void MarkStreams();
   void MakeCurrent(const std::string& id);
   void ShowMenu(const QPoint& point);
 
   BE::InterfaceRef<BE::Project> mProject;
   std::vector<Clip> mFollowed;
+  std::string mOnShowID;
   QStackedWidget* mPages;
   QTreeWidget* mTree;
   QTimer* mRefreshSoon;

@@ -44,13 +44,25 @@ void ObeyIn(QLineEdit& line, EditCommand command) {
   }
 }
 
+bool IsEnabled(int command) {
+  bool enabled = false;
+  return UIF::FindStatus(command, enabled) && enabled;
+}
+
 } // namespace
+
+bool IsCaptionCommandEnabled(CaptionCommand command) {
+  return IsEnabled(static_cast<int>(command));
+}
+
+void ObeyCaptionCommand(CaptionCommand command) {
+  UIF::RouteCommand(static_cast<int>(command));
+}
 
 bool IsEditCommandEnabled(EditCommand command) {
   if (const QLineEdit* line = FindLineWithFocus())
     return IsEnabledIn(*line, command);
-  bool enabled = false;
-  return UIF::FindStatus(static_cast<int>(command), enabled) && enabled;
+  return IsEnabled(static_cast<int>(command));
 }
 
 void ObeyEditCommand(EditCommand command) {

@@ -11,6 +11,22 @@ enum class EditCommand : int {
   SelectAll = 32020,
 };
 
+// Commands of the Captions menu.
+enum class CaptionCommand : int {
+  AlignLeft = 32000,
+  AlignCenter = 32001,
+  AlignRight = 32002,
+  Italic = 32010,
+  Underline = 32011,
+  MusicNote = 32012,
+  Bold = 32015,
+  SelectAll = 32020,
+};
+
+// To the panel on duty.
+bool IsCaptionCommandEnabled(CaptionCommand command);
+void ObeyCaptionCommand(CaptionCommand command);
+
 // To the one-line field that has the focus, else to the panel on duty.
 bool IsEditCommandEnabled(EditCommand command);
 void ObeyEditCommand(EditCommand command);

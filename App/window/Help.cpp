@@ -30,7 +30,7 @@ Keys ProgramKeys() {
   return {
       {Native(QKeySequence::New), Label("$$$/Vidra/Captivo/Keyboard/New=New project")},
       {Native(QKeySequence::Open), Label("$$$/Vidra/Captivo/Keyboard/Open=Open a project")},
-      {Native(Qt::CTRL | Qt::Key_I), Label("$$$/Vidra/Captivo/Keyboard/ImportMedia=Import media")},
+      {Native(Qt::CTRL | Qt::Key_M), Label("$$$/Vidra/Captivo/Keyboard/ImportMedia=Import media")},
       {Native(Qt::CTRL | Qt::SHIFT | Qt::Key_I), Label("$$$/Vidra/Captivo/Keyboard/ImportCaptions=Import captions")},
       {Native(Qt::CTRL | Qt::Key_E), Label("$$$/Vidra/Captivo/Keyboard/ExportCaptions=Export captions")},
       {Native(Qt::CTRL | Qt::Key_Z), Label("$$$/Vidra/Captivo/Keyboard/Undo=Undo, also while typing")},
@@ -50,6 +50,14 @@ Keys CaptionKeys() {
        Label("$$$/Vidra/Captivo/Keyboard/Toggle=Add to the selection, or take from it")},
       {Native(QKeySequence::SelectAll), Label("$$$/Vidra/Captivo/Keyboard/SelectAll=Select all")},
       {Native(QKeySequence::Delete), Label("$$$/Vidra/Captivo/Keyboard/Delete=Delete the selected captions")},
+      {Native(QKeySequence::Bold), Label("$$$/Vidra/Captivo/Keyboard/Bold=Bold")},
+      {Native(QKeySequence::Italic), Label("$$$/Vidra/Captivo/Keyboard/Italic=Italic")},
+      {Native(QKeySequence::Underline), Label("$$$/Vidra/Captivo/Keyboard/Underline=Underline")},
+      {QStringList{Native(Qt::CTRL | Qt::SHIFT | Qt::Key_L), Native(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
+                   Native(Qt::CTRL | Qt::SHIFT | Qt::Key_R)}
+           .join(QStringLiteral(", ")),
+       Label("$$$/Vidra/Captivo/Keyboard/Align=Align left, in the centre, right")},
+      {Native(Qt::CTRL | Qt::SHIFT | Qt::Key_M), Label("$$$/Vidra/Captivo/Keyboard/MusicNote=Insert a music note")},
       {Label("$$$/Vidra/Captivo/Keyboard/EscapeKey=Escape"),
        Label("$$$/Vidra/Captivo/Keyboard/Escape=Leave the text, or put a time back")},
   };

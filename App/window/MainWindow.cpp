@@ -13,17 +13,21 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <algorithm>
+
 #include "App/session/Text.h"
 #include "App/window/Bin.h"
 #include "App/window/DockFrame.h"
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
 #include "App/window/Settings.h"
+#include "App/window/StreamOnShow.h"
 #include "HSL/Module.h"
 #include "UIF/Dialogs.h"
 #include "UIF/TabView.h"
 #include "UIF/Workspace.h"
 #include "zebcore/Log.h"
+#include "zebui/Toolkit.h"
 
 namespace App {
 
@@ -73,6 +77,13 @@ void MainWindow::MakeDocks() {
   dock->setWidget(mBin);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
 
+  mStreamOnShow = std::make_unique<StreamOnShow>([this] { return IsPanelShown(); });
+  mStreamOnShow->whenChanged = [this] {
+    mBin->SetStreamOnShow(mStreamOnShow->Get());
+    UpdateMenus();
+  };
+  mStreamOnShow->whenSayingAgain = [this] { LeavePanel(); };
+
   UIF::Workspace::SetFrameFactory([this](const zebcore::UString& tabID) { return MakeFrame(tabID); });
   mCaptionsHandler = HSL::Handler::CreateHandler(HSL::kCaptionsHandlerID, u"captions");
 }
@@ -96,6 +107,18 @@ void MainWindow::OpenPanel() {
     return;
   }
   Session::Instance().OpenCaptions();
+}
+
+bool MainWindow::IsPanelShown() const {
+  return std::any_of(mFrames.begin(), mFrames.end(), [](const auto& frame) { return frame.second->IsShown(); });
+}
+
+// Whoever types there types into a stream that is not there any more.
+void MainWindow::LeavePanel() {
+  QWidget* focus = zebui::toolkit::GetFocusWidget();
+  for (const auto& [tabID, frame] : mFrames)
+    if (focus && frame->isAncestorOf(focus))
+      focus->clearFocus();
 }
 
 // The docks are told of before they exist: the panel's is made when it is first opened.
@@ -156,6 +179,7 @@ void MainWindow::ShowProject() {
     project->SetHistoryListener([this] {
       UpdateMenus();
       mBin->Refresh();
+      mStreamOnShow->LookSoon();
     });
     ShowStorageProblem(project->GetStorageProblem());
     settings::AddRecentProject(project->GetPath());
@@ -200,7 +224,7 @@ void MainWindow::SelectClip(const Clip& clip, const Stream& stream) {
     session.SelectClip(clip);
     session.GetProject()->SetSetting(kSetting_SelectedClip, clip->GetID());
   }
-  if (stream)
+  if (stream && stream != mStreamOnShow->Get())
     session.SelectStream(stream);
   UpdateMenus();
 }

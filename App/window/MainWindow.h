@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "App/Session.h"
@@ -28,6 +29,7 @@ namespace App {
 
 class Bin;
 class DockFrame;
+class StreamOnShow;
 
 // The window of the program: the project's bin and the host's panels as docks, the menus, and what they do.
 class MainWindow : public QMainWindow {
@@ -61,6 +63,8 @@ class MainWindow : public QMainWindow {
   void MakeDocks();
   void MakeStatusBar();
   void OpenPanel();
+  bool IsPanelShown() const;
+  void LeavePanel();
   UIF::WorkspaceFrame* MakeFrame(const zebcore::UString& tabID);
   void UpdateTitle();
   void UpdateMenus();
@@ -72,10 +76,14 @@ class MainWindow : public QMainWindow {
   void MakeFileMenu();
   void MakeEditMenu();
   void MakeCaptionsMenu();
+  void AddStreamEntries(QMenu* menu);
+  void AddCaptionEntries(QMenu* menu);
   void MakeWindowMenu();
   void MakeHelpMenu();
   QAction* AddAction(QMenu* menu, std::string_view text, const QString& symbol, const QKeySequence& keys,
                      std::function<void()> act);
+  // Shown as they are when the menu opens; while it is closed a shortcut finds out by itself.
+  void EnableWhileOpen(QMenu* menu, std::vector<std::pair<QAction*, std::function<bool()>>> entries);
   void FillRecentMenu();
   void FillWindowMenu(QMenu* menu);
   void FillStreamFormats(QMenu* menu, const Clip& clip, const std::function<void(zebcaptioning::StreamFormat)>& choose);
@@ -107,7 +115,7 @@ class MainWindow : public QMainWindow {
   void DuplicateStream(zebcaptioning::StreamFormat format);
   void DeleteStream();
   void RemoveClip();
-  // The stream that is current in the bin, else the only one of the selected clip; null if that leaves it open.
+  // The stream that is current in the bin, else the one that the panel shows; null for none.
   Stream GetCurrentStream() const;
   void SelectClip(const Clip& clip, const Stream& stream);
   void OpenClip(const Clip& clip, const Stream& stream);
@@ -115,6 +123,7 @@ class MainWindow : public QMainWindow {
   std::function<void()> mAskRebuild;
   Bin* mBin = nullptr;
   std::map<zebcore::UString, DockFrame*> mFrames;
+  std::unique_ptr<StreamOnShow> mStreamOnShow;
   std::unique_ptr<HSL::Handler> mCaptionsHandler; // null if the panel's module is not there
   QLabel* mProblemSymbol = nullptr;
   QLabel* mProblemText = nullptr;

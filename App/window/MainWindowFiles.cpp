@@ -16,6 +16,7 @@
 #include "App/window/ProblemsWindow.h"
 #include "App/window/ProgressWindow.h"
 #include "App/window/Settings.h"
+#include "App/window/StreamOnShow.h"
 
 namespace App {
 
@@ -271,9 +272,7 @@ void MainWindow::OpenFiles(const std::vector<fs::path>& files) {
 MainWindow::Stream MainWindow::GetCurrentStream() const {
   if (const Stream stream = mBin->GetCurrentStream())
     return stream;
-  const Clip clip = Session::Instance().GetSelectedClip();
-  const auto streams = clip ? clip->GetStreams() : std::vector<Stream>();
-  return streams.size() == 1 ? streams.front() : nullptr;
+  return mStreamOnShow->Get();
 }
 
 void MainWindow::ShowClip(const Clip& clip) {

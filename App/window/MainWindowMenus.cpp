@@ -30,6 +30,11 @@ QString Plain(QString name) {
   return name.replace(u'&', QStringLiteral("&&"));
 }
 
+bool CanStep(bool (BE::Project::*canStep)() const) {
+  const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
+  return project && ((*project).*canStep)();
+}
+
 // The languages are named in themselves.
 QString LanguageName(const std::string& language) {
   if (language == "en")
@@ -73,7 +78,7 @@ void MainWindow::MakeFileMenu() {
   connect(mRecentMenu, &QMenu::aboutToShow, this, [this] { FillRecentMenu(); });
   menu->addSeparator();
   mImportMedia = AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportMediaEntry=&Import Media…", QStringLiteral("import"),
-                           Qt::CTRL | Qt::Key_I, [this] { ChooseMedia(); });
+                           Qt::CTRL | Qt::Key_M, [this] { ChooseMedia(); });
   mImportCaptions =
       AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportCaptions=Import &Captions…", QStringLiteral("import-captions"),
                 Qt::CTRL | Qt::SHIFT | Qt::Key_I, [this] { ChooseCaptions(); });
@@ -125,29 +130,35 @@ void MainWindow::MakeEditMenu() {
       {EditCommand::Delete, "$$$/Vidra/Captivo/Menu/Delete=&Delete", {}},
       {EditCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAll=Select &All", QKeySequence::SelectAll},
   };
-  std::vector<std::pair<QAction*, EditCommand>> actions;
+  std::vector<std::pair<QAction*, std::function<bool()>>> actions{
+      {mUndo, [] { return CanStep(&BE::Project::CanUndo); }}, {mRedo, [] { return CanStep(&BE::Project::CanRedo); }}};
   for (const Entry& entry : entries) {
     const EditCommand command = entry.command;
-    actions.emplace_back(AddAction(menu, entry.text, {}, entry.keys, [command] { ObeyEditCommand(command); }), command);
+    actions.emplace_back(AddAction(menu, entry.text, {}, entry.keys, [command] { ObeyEditCommand(command); }),
+                         [command] { return IsEditCommandEnabled(command); });
   }
-  // Shown as it is when the menu opens; while it is closed a shortcut finds out by itself.
-  connect(menu, &QMenu::aboutToShow, this, [this, actions] {
-    const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
-    mUndo->setEnabled(project && project->CanUndo());
-    mRedo->setEnabled(project && project->CanRedo());
-    for (const auto& [action, command] : actions)
-      action->setEnabled(IsEditCommandEnabled(command));
+  EnableWhileOpen(menu, std::move(actions));
+}
+
+void MainWindow::EnableWhileOpen(QMenu* menu, std::vector<std::pair<QAction*, std::function<bool()>>> entries) {
+  connect(menu, &QMenu::aboutToShow, this, [entries] {
+    for (const auto& [action, isEnabled] : entries)
+      action->setEnabled(isEnabled());
   });
-  connect(menu, &QMenu::aboutToHide, this, [this, actions] {
-    mUndo->setEnabled(true);
-    mRedo->setEnabled(true);
-    for (const auto& [action, command] : actions)
+  connect(menu, &QMenu::aboutToHide, this, [entries] {
+    for (const auto& [action, isEnabled] : entries)
       action->setEnabled(true);
   });
 }
 
 void MainWindow::MakeCaptionsMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Captions=&Captions"));
+  AddStreamEntries(menu);
+  menu->addSeparator();
+  AddCaptionEntries(menu);
+}
+
+void MainWindow::AddStreamEntries(QMenu* menu) {
   mNewStreamMenu = menu->addMenu(Symbol(QStringLiteral("add")), Label("$$$/Vidra/Captivo/Menu/NewStream=&New Stream"));
   mDuplicateMenu = menu->addMenu(Symbol(QStringLiteral("duplicate")),
                                  Label("$$$/Vidra/Captivo/Menu/DuplicateStream=D&uplicate Stream As"));
@@ -162,6 +173,40 @@ void MainWindow::MakeCaptionsMenu() {
     FillStreamFormats(mDuplicateMenu, stream ? stream->GetMasterClip() : Clip(),
                       [this](auto format) { DuplicateStream(format); });
   });
+}
+
+// For the captions that are selected in the panel.
+void MainWindow::AddCaptionEntries(QMenu* menu) {
+  struct Entry {
+    CaptionCommand command;
+    const char* text;
+    QKeySequence keys;
+    bool beginsGroup;
+  };
+  // Select All has its shortcut in the Edit menu.
+  const Entry entries[] = {
+      {CaptionCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAllCaptions=&Select All Captions", {}, false},
+      {CaptionCommand::MusicNote, "$$$/Vidra/Captivo/Menu/MusicNote=Insert &Music Note",
+       Qt::CTRL | Qt::SHIFT | Qt::Key_M, false},
+      {CaptionCommand::Bold, "$$$/Vidra/Captivo/Menu/Bold=&Bold", QKeySequence::Bold, true},
+      {CaptionCommand::Italic, "$$$/Vidra/Captivo/Menu/Italic=&Italic", QKeySequence::Italic, false},
+      {CaptionCommand::Underline, "$$$/Vidra/Captivo/Menu/Underline=Under&line", QKeySequence::Underline, false},
+      {CaptionCommand::AlignLeft, "$$$/Vidra/Captivo/Menu/AlignLeft=Align L&eft", Qt::CTRL | Qt::SHIFT | Qt::Key_L,
+       true},
+      {CaptionCommand::AlignCenter, "$$$/Vidra/Captivo/Menu/AlignCenter=Align &Center",
+       Qt::CTRL | Qt::SHIFT | Qt::Key_E, false},
+      {CaptionCommand::AlignRight, "$$$/Vidra/Captivo/Menu/AlignRight=Align &Right", Qt::CTRL | Qt::SHIFT | Qt::Key_R,
+       false},
+  };
+  std::vector<std::pair<QAction*, std::function<bool()>>> actions;
+  for (const Entry& entry : entries) {
+    if (entry.beginsGroup)
+      menu->addSeparator();
+    const CaptionCommand command = entry.command;
+    actions.emplace_back(AddAction(menu, entry.text, {}, entry.keys, [command] { ObeyCaptionCommand(command); }),
+                         [command] { return IsCaptionCommandEnabled(command); });
+  }
+  EnableWhileOpen(menu, std::move(actions));
 }
 
 // A menu for each family, with the channels that the clip does not hold yet.

@@ -7,6 +7,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "App/window/Labels.h"
 #include "zebui/NodeManager.h"
@@ -14,12 +15,13 @@
 namespace App {
 
 namespace {
-constexpr qint64 kShownAfterMilliseconds = 400;
+constexpr qint64 kLongestWaitToBeShown = 100; // milliseconds
 constexpr int kSteps = 1000;
 constexpr int kWidth = 380;
 } // namespace
 
-ProgressWindow::ProgressWindow(QWidget* parent) : mParent(parent) {
+ProgressWindow::ProgressWindow(QWidget* parent, qint64 shownAfterMilliseconds)
+    : mParent(parent), mShownAfter(shownAfterMilliseconds) {
   mSince.start();
 }
 
@@ -33,7 +35,9 @@ Progress ProgressWindow::GetProgress() {
 }
 
 bool ProgressWindow::Report(double fraction, const std::string& what) {
-  if (!mDialog && mSince.elapsed() >= kShownAfterMilliseconds)
+  const bool newStage = what != mStage && !mStage.empty();
+  mStage = what;
+  if (!mDialog && (newStage || mSince.elapsed() >= mShownAfter))
     ShowWindow();
   if (!mDialog) {
     // Nothing that the user does may start something else in the meantime; keys and clicks wait.
@@ -42,8 +46,22 @@ bool ProgressWindow::Report(double fraction, const std::string& what) {
   }
   mWhat->setText(QString::fromStdString(what));
   mBar->setValue(static_cast<int>(fraction * kSteps));
-  QCoreApplication::processEvents();
+  if (newStage)
+    PaintNow();
+  else
+    QCoreApplication::processEvents();
   return !mStopped;
+}
+
+// The next stage may leave no time for painting: a window that has just been opened is waited for.
+void ProgressWindow::PaintNow() {
+  QElapsedTimer since;
+  since.start();
+  do {
+    QCoreApplication::processEvents();
+  } while (!mDialog->windowHandle()->isExposed() && since.elapsed() < kLongestWaitToBeShown);
+  mDialog->repaint();
+  QCoreApplication::processEvents();
 }
 
 void ProgressWindow::ShowWindow() {

@@ -14,10 +14,12 @@ class QWidget;
 
 namespace App {
 
-// Keeps the window alive while something long is done, and after half a second shows how far it is, with a way to stop.
+// Keeps the window alive while something long is done, and after a moment shows how far it is, with a way to stop. What
+// comes to a second stage is long, and is shown at once.
 class ProgressWindow {
  public:
-  explicit ProgressWindow(QWidget* parent);
+  static constexpr qint64 kShownAfterMilliseconds = 400;
+  explicit ProgressWindow(QWidget* parent, qint64 shownAfterMilliseconds = kShownAfterMilliseconds);
   ~ProgressWindow();
   ProgressWindow(const ProgressWindow&) = delete;
   ProgressWindow& operator=(const ProgressWindow&) = delete;
@@ -28,9 +30,12 @@ class ProgressWindow {
  private:
   bool Report(double fraction, const std::string& what);
   void ShowWindow();
+  void PaintNow();
 
   QWidget* mParent;
+  qint64 mShownAfter;
   QElapsedTimer mSince;
+  std::string mStage;
   std::unique_ptr<QDialog> mDialog;
   QLabel* mWhat = nullptr;
   QProgressBar* mBar = nullptr;

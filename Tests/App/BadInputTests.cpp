@@ -1,3 +1,4 @@
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <gmock/gmock.h>
 
 #include <cstdlib>
@@ -198,6 +199,26 @@ TEST_F(BadProject, ThatIsCutOffHalfWayLeavesTheOpenOneAsItWas) {
   const std::string bytes = ReadFile(folder / "whole.captivo");
   EXPECT_THAT(Open(folder.Write("half.captivo", std::string_view(bytes).substr(0, bytes.size() / 2))),
               HasSubstr("half"));
+}
+
+TEST_F(BadProject, OfANewerVersionSaysSoAndStaysAsItIs) {
+  const fs::path path = folder / "newer.captivo";
+  {
+    const auto newer = BE::Project::Create(path);
+    ASSERT_TRUE(newer) << newer.problem.text;
+    (*newer.value)->Close();
+  }
+  {
+    SQLite::Database file(path.string(), SQLite::OPEN_READWRITE);
+    file.exec("PRAGMA user_version=99");
+  }
+  const std::string bytes = ReadFile(path);
+  const Picture before = TakePicture();
+  const auto problem = session().OpenProject(path);
+  ASSERT_TRUE(problem);
+  EXPECT_THAT(problem->text, AllOf(HasSubstr("newer"), HasSubstr("99")));
+  EXPECT_EQ(TakePicture(), before);
+  EXPECT_EQ(ReadFile(path), bytes);
 }
 
 TEST_F(BadProject, WhosePlaceIsTakenIsNotMadeAnewOverAnother) {

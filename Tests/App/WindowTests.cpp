@@ -1,88 +1,31 @@
 #include <gmock/gmock.h>
 
-#include <QApplication>
 #include <QDockWidget>
-#include <QDropEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
 #include <QTextEdit>
-#include <QTreeWidget>
-#include <QUrl>
+#include <QTimer>
 
-#include "App/window/EditCommands.h"
-#include "App/window/Labels.h"
-#include "App/window/MainWindow.h"
+#include <sys/wait.h>
+
+#include <thread>
+
+#include "App/session/Background.h"
 #include "App/window/ProblemsWindow.h"
-#include "HSL/Module.h"
-#include "Support.h"
-#include "UIF/Dialogs.h"
-#include "UIF/TabView.h"
+#include "App/window/ProgressWindow.h"
 #include "UIF/Theme.h"
-#include "UIF/Workspace.h"
+#include "WindowSupport.h"
 
 namespace AppTest {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-namespace {
-
-// One for all tests of the program; the toolkit allows no second.
-void NeedApplication() {
-  static int count = 1;
-  static char name[] = "test";
-  static char* arguments[] = {name, nullptr};
-  static auto* const application = new QApplication(count, arguments);
-  (void)application;
-}
-
-} // namespace
-
-// The main window over the session of the test, without the panel's module.
-class Window : public SessionTest {
- protected:
-  Window() {
-    NeedApplication();
-    UIF::SetMessageBoxHook([this](const UIF::MessageBoxRecord& box) {
-      said.push_back(zebcore::ToUTF8(box.text));
-      return box.defaultResult;
-    });
-    App::SetProblemsPrinted(true);
-    window = std::make_unique<App::MainWindow>([] {});
-    window->ShowProject();
-    window->show();
-    QApplication::processEvents();
-  }
-  ~Window() override {
-    window.reset();
-    UIF::SetMessageBoxHook(nullptr);
-  }
-
-  QTreeWidget* Tree() { return window->findChild<QTreeWidget*>(); }
-  std::string Title() { return window->windowTitle().toStdString(); }
-  // As a person would drop them, on that widget.
-  bool Drop(QWidget* target, const std::vector<fs::path>& files) {
-    QMimeData dropped;
-    QList<QUrl> urls;
-    for (const fs::path& file : files)
-      urls.push_back(QUrl::fromLocalFile(QString::fromStdString(file.string())));
-    dropped.setUrls(urls);
-    QDragEnterEvent entered(QPoint(2, 2), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &entered);
-    QDropEvent event(QPointF(2, 2), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &event);
-    QApplication::processEvents();
-    return entered.isAccepted() && event.isAccepted();
-  }
-
-  std::unique_ptr<App::MainWindow> window;
-  std::vector<std::string> said;
-};
 
 TEST_F(Window, SaysInItsTitleWhatIsOpen) {
   EXPECT_EQ(Title(), "Harbour — Captivo");
@@ -211,31 +154,6 @@ TEST_F(Window, SaysThatThePanelIsMissingWhenItsModuleIsNotThere) {
   EXPECT_TRUE(found);
 }
 
-// The same with the panel, loaded as the program loads it.
-class WindowWithPanel : public Window {
- protected:
-  WindowWithPanel() {
-    EXPECT_GE(HSL::ModuleLoader::LoadAll(fs::path(CAPTIVO_BINARY_DIR) / "modules"), 1);
-    module = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"captions");
-    EXPECT_TRUE(session().ImportCaptions(clip, folder.Write("good.srt", kTwoCaptions), cc1));
-    MakeWindow();
-  }
-  ~WindowWithPanel() override { window.reset(); }
-  void MakeWindow() {
-    window.reset();
-    window = std::make_unique<App::MainWindow>([] {});
-    window->RestoreLayout(false);
-    window->ShowProject();
-    window->show();
-    QApplication::processEvents();
-  }
-  UIF::TabView* Panel() {
-    return UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(HSL::kCaptionsHandlerID) : nullptr;
-  }
-
-  std::unique_ptr<HSL::Module> module;
-};
-
 TEST_F(WindowWithPanel, DocksTheCaptionsPanel) {
   ASSERT_TRUE(Panel());
   EXPECT_TRUE(Panel()->IsShown());
@@ -262,6 +180,100 @@ TEST(ProblemsAsText, HasALineForEachProblemAndADashWhereThereIsNoLine) {
   EXPECT_EQ(App::ProblemsAsText({{12, "no end time"}, {0, "colours"}}).toStdString(), "12\tno end time\n–\tcolours\n");
 }
 
+// --- Progress of what takes long
+
+// Without a wait before it shows itself. Its button is pressed as soon as the program is free to hear of it.
+class Progress : public Window {
+ protected:
+  QDialog* Dialog() {
+    for (QWidget* widget : QApplication::topLevelWidgets())
+      if (auto* dialog = qobject_cast<QDialog*>(widget); dialog && dialog->isVisible())
+        return dialog;
+    return nullptr;
+  }
+  void PressCancelSoon() {
+    QTimer::singleShot(0, [this] {
+      ASSERT_TRUE(Dialog());
+      Dialog()->findChild<QPushButton*>()->click();
+    });
+  }
+};
+
+TEST_F(Progress, ShowsHowFarItIsAndGoesWhenDone) {
+  {
+    App::ProgressWindow progress(window.get(), 0);
+    EXPECT_TRUE(progress.GetProgress()(0.25, "Importing a file"));
+    ASSERT_TRUE(Dialog());
+    EXPECT_EQ(Dialog()->findChild<QLabel*>()->text(), "Importing a file");
+    EXPECT_EQ(Dialog()->findChild<QProgressBar*>()->value(), Dialog()->findChild<QProgressBar*>()->maximum() / 4);
+  }
+  EXPECT_FALSE(Dialog());
+}
+
+TEST_F(Progress, OfSomethingShortIsNotShown) {
+  App::ProgressWindow progress(window.get(), 1000000);
+  EXPECT_TRUE(progress.GetProgress()(0.25, "Importing a file"));
+  EXPECT_FALSE(Dialog());
+}
+
+TEST_F(Progress, OfASecondStageIsShownAtOnce) {
+  App::ProgressWindow progress(window.get(), 1000000);
+  EXPECT_TRUE(progress.GetProgress()(0.25, "Importing a file"));
+  EXPECT_TRUE(progress.GetProgress()(0.85, "Storing a file"));
+  ASSERT_TRUE(Dialog());
+  EXPECT_EQ(Dialog()->findChild<QLabel*>()->text(), "Storing a file");
+}
+
+TEST_F(Progress, StopsAnImportByItsButtonAndLeavesEverythingAsItWas) {
+  const Picture before = TakePicture();
+  App::ProgressWindow progress(window.get(), 0);
+  PressCancelSoon();
+  const auto result =
+      session().ImportCaptions(clip, folder.Write("good.srt", kTwoCaptions), cc1, progress.GetProgress());
+  EXPECT_FALSE(result);
+  EXPECT_TRUE(progress.WasStopped());
+  EXPECT_THAT(result.problem.text, HasSubstr("Nothing was changed"));
+  EXPECT_EQ(TakePicture(), before);
+}
+
+// A job that goes on until it is told to stop.
+TEST_F(Progress, StopsAJobThatIsUnderWayByItsButton) {
+  App::ProgressWindow progress(window.get(), 0);
+  int reports = 0;
+  const auto watch = [&](double fraction, const std::string& what) {
+    if (++reports == 3)
+      PressCancelSoon();
+    return progress.GetProgress()(fraction, what);
+  };
+  const auto result = App::RunInBackground<int>(
+      [](App::JobState& state) {
+        while (state.Report(0.5))
+          std::this_thread::yield();
+        return 1;
+      },
+      watch, "Reading", App::Stopping::ByItself);
+  EXPECT_FALSE(result);
+  EXPECT_TRUE(progress.WasStopped());
+  EXPECT_GE(reports, 3);
+}
+
+TEST_F(Window, TellsThatALongImportIsBeingStored) {
+  std::string many;
+  for (int i = 0; i < 20000; ++i)
+    many += std::to_string(i + 1) + "\n00:00:01," + std::to_string(100 + i % 900) + " --> 00:00:02,000\nx\n\n";
+  std::vector<std::string> stages;
+  const auto watch = [&](double, const std::string& what) {
+    if (stages.empty() || stages.back() != what)
+      stages.push_back(what);
+    return true;
+  };
+  const auto report = session().ImportCaptions(clip, folder.Write("many.srt", many), cc1, watch);
+  ASSERT_TRUE(report) << report.problem.text;
+  ASSERT_EQ(stages.size(), 2u);
+  EXPECT_THAT(stages[0], HasSubstr("Importing"));
+  EXPECT_THAT(stages[1], HasSubstr("Storing"));
+}
+
 // The program as a whole, on the sample, in a home of its own.
 class Program : public ::testing::Test {
  protected:
@@ -282,6 +294,23 @@ TEST_F(Program, RendersItsWindowIntoAPictureOfTheSizeAskedFor) {
   const QImage image(QString::fromStdString(picture.string()));
   EXPECT_EQ(image.size(), QSize(1000, 600));
   EXPECT_LT(image.pixelColor(500, 590).lightness(), 128);
+}
+
+TEST_F(Program, ExplainsItselfWithoutADisplay) {
+  const std::string noDisplay =
+      "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM '" CAPTIVO_BINARY_DIR "/captivo' ";
+  const std::string output = " >'" + (folder / "out").string() + "' 2>'" + (folder / "err").string() + "'";
+  ASSERT_EQ(std::system((noDisplay + "--help" + output).c_str()), 0) << ReadFile(folder / "err");
+  EXPECT_THAT(ReadFile(folder / "out"), HasSubstr("--picture"));
+  ASSERT_EQ(std::system((noDisplay + "--version" + output).c_str()), 0) << ReadFile(folder / "err");
+  EXPECT_THAT(ReadFile(folder / "out"), HasSubstr("captivo "));
+}
+
+TEST_F(Program, SaysInWordsThatItNeedsADisplay) {
+  const std::string call = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM '" CAPTIVO_BINARY_DIR "/captivo' 2>'" +
+                           (folder / "err").string() + "'";
+  EXPECT_EQ(WEXITSTATUS(std::system(call.c_str())), 2);
+  EXPECT_THAT(ReadFile(folder / "err"), HasSubstr("no display"));
 }
 
 TEST_F(Program, RefusesAnOptionItDoesNotKnow) {
