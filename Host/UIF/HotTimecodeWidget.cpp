@@ -21,6 +21,9 @@ namespace toolkit = zebui::toolkit;
 
 namespace {
 
+// Where the inline editor begins its text too.
+constexpr int kTextMargin = 4;
+
 constexpr int kEighthsPerNotch = 120;
 constexpr int kShakePixels = 4;
 constexpr int kShakeMilliseconds = 280;
@@ -115,7 +118,8 @@ void HotTimecodeWidget::paintEvent(QPaintEvent*) {
   painter.setFont(shown);
   painter.setPen(hot ? palette().color(QPalette::Link)
                      : palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-  painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, GetText());
+  painter.drawText(rect().adjusted(kTextMargin, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                   GetText());
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);
