@@ -1,77 +1,122 @@
-#include "Captions/contracts/SelectionMessages.h"
+#include <algorithm>
+
 #include "Captions/contracts/Stations.h"
-#include "Captions/contracts/StreamMessages.h"
 #include "Captions/shell/CaptionsModule.h"
 #include "Support.h"
 #include "UIF/ShortcutManager.h"
 #include "zebappsupport/Feature.h"
-#include "zebcore/Boundary.h"
 #include "zebcore/Localizer.h"
 
+// How the panel announces itself to the host, and how its view comes and goes.
 namespace Captivo::Testing {
 
 namespace {
 
-using zebcore::messaging::BroadcastMessage;
 using zebcore::messaging::CountListeners;
 using zebcore::messaging::IsListening;
+using Strings = std::vector<std::string>;
+
+constexpr const char* kWingMenu = "Captivo_Wing_Menu";
 
 class Handling : public PanelTest {
  protected:
-  ~Handling() override { zebappsupport::feature::SetFeatureEnabled("NewGenCaption", false); }
-  bool HasWindowClass() {
+  ~Handling() override {
+    zebappsupport::feature::SetFeatureEnabled("NewGenCaption", false);
+    zebcore::config::Localizer::Get().SetLanguage("en");
+    HSL::Handler::SetPanelMovementHook(nullptr);
+  }
+  static bool HasWindowClass() {
     for (const auto& windowClass : UIF::GetWindowClasses())
       if (windowClass.typeID == UIF::kCaptionsWindowTypeID)
         return true;
     return false;
   }
-  const zebcore::messaging::Listener* HandlerListener() { return &Handler(); }
-};
-
-class CountingHandler : public CaptionsHandler {
- public:
-  CountingHandler() : CaptionsHandler(u"Captions") {}
-  bool OnSelectNextPanel() override {
-    ++asked;
-    return answer;
+  static std::vector<UString> WindowTitles() {
+    std::vector<UString> titles;
+    for (const auto& entry : UIF::GetWindowMenu())
+      if (entry.typeID == UIF::kCaptionsWindowTypeID)
+        titles.push_back(entry.title);
+    return titles;
   }
-  int asked = 0;
-  bool answer = false;
+  static UIF::WindowMenuID WingMenu() {
+    for (const auto& menu : UIF::ShortcutManager::Instance()->GetWindowMenuIDs())
+      if (menu.menu == kWingMenu)
+        return menu;
+    return {};
+  }
+  // What the host was asked for since the last time, as "call station" or "call id".
+  static Strings TakeRequests(const Strings& calls) {
+    Strings requests;
+    for (const auto& call : zebcore::trace::Take()) {
+      if (std::find(calls.begin(), calls.end(), call.call) == calls.end())
+        continue;
+      const auto& what = call.args.contains("station") ? call.args.at("station") : call.args.value("id", Json());
+      requests.push_back(call.call + " " + (what.is_string() ? what.get<std::string>() : what.dump()));
+    }
+    return requests;
+  }
+  using Json = nlohmann::json;
 };
 
-InterfaceRef<BE::INotification> Notifying(const InterfaceRef<BE::CaptioningStream>& stream) {
-  return stream.Query<BE::INotification>();
+// The commands of the panel's context as declared by a module that is made now, not by one that was made before.
+std::vector<UIF::CommandDeclaration> DeclareCommands() {
+  auto* manager = UIF::ShortcutManager::Instance();
+  if (auto* former = manager->GetContext("captions"))
+    *former = UIF::CommandContext("captions", u"Captions Panel");
+  const std::unique_ptr<HSL::Module> module = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"Captions");
+  EXPECT_NE(module, nullptr);
+  const auto* context = manager->GetContext("captions");
+  return context ? context->GetCommands() : std::vector<UIF::CommandDeclaration>();
+}
+
+using NamedNumber = std::pair<std::string, int>;
+
+const std::vector<NamedNumber> kThirteenCommands = {{"cmd.captions.justify.left", 32000},
+                                                    {"cmd.captions.justify.center", 32001},
+                                                    {"cmd.captions.justify.right", 32002},
+                                                    {"cmd.captions.italicize", 32010},
+                                                    {"cmd.captions.underline", 32011},
+                                                    {"cmd.captions.musicnote", 32012},
+                                                    {"cmd.captions.background.color", 32013},
+                                                    {"cmd.captions.text.color", 32014},
+                                                    {"cmd.captions.bold", 32015},
+                                                    {"cmd.captions.edge.color", 32016},
+                                                    {"cmd.captions.selectall", 32020},
+                                                    {"cmd.captions.importsettings", 32030},
+                                                    {"cmd.captions.exportsettings", 32031}};
+
+std::vector<NamedNumber> NamesAndNumbers(const std::vector<UIF::CommandDeclaration>& commands) {
+  std::vector<NamedNumber> pairs;
+  for (const auto& command : commands)
+    pairs.emplace_back(command.name, command.number);
+  return pairs;
 }
 
 } // namespace
 
-TEST_F(Handling, WithTheNewerPanelOnNothingIsRegisteredYetTheCommandsAre) {
+TEST_F(Handling, WithTheNewerPanelOnNothingIsRegisteredYetTheThirteenCommandsAre) {
+  UIF::ShortcutManager::Instance()->AddWindowMenuID("elsewhere", u"Not the panel's", kWingMenu);
+  const auto openers = CountListeners(MZ::kStation_ClosedCaptionsActivation);
+  const auto clips = CountListeners(MZ::kStation_MasterClipActivation);
   zebappsupport::feature::SetFeatureEnabled("NewGenCaption", true);
-  const auto before = CountListeners(MZ::kStation_ClosedCaptionsActivation);
   EXPECT_EQ(HSL::Handler::CreateHandler(HSL::kCaptionsHandlerID, u"Captions"), nullptr);
-  EXPECT_EQ(CountListeners(MZ::kStation_ClosedCaptionsActivation), before);
+  EXPECT_EQ(CountListeners(MZ::kStation_ClosedCaptionsActivation), openers);
+  EXPECT_EQ(CountListeners(MZ::kStation_MasterClipActivation), clips);
   EXPECT_FALSE(HasWindowClass());
-  const std::unique_ptr<HSL::Module> module(CreateModule(u"Captions"));
-  ASSERT_NE(module, nullptr);
-  EXPECT_NE(UIF::ShortcutManager::Instance()->GetContext("captions"), nullptr);
+  EXPECT_EQ(WindowTitles(), std::vector<UString>{});
+  EXPECT_EQ(WingMenu().context, "elsewhere");
+  EXPECT_EQ(NamesAndNumbers(DeclareCommands()), kThirteenCommands);
 }
 
 TEST_F(Handling, TheShortcutContextHoldsThirteenCommandsInOrder) {
-  const std::unique_ptr<HSL::Module> module = HSL::Module::CreateModule(HSL::kCaptionsModuleID, u"Captions");
-  const auto* context = UIF::ShortcutManager::Instance()->GetContext("captions");
-  ASSERT_NE(context, nullptr);
-  std::vector<int> numbers;
-  for (const auto& command : context->GetCommands()) {
-    numbers.push_back(command.number);
+  const auto commands = DeclareCommands();
+  EXPECT_EQ(NamesAndNumbers(commands), kThirteenCommands);
+  for (const auto& command : commands) {
     EXPECT_EQ(command.kind, 0);
     EXPECT_TRUE(command.decal.empty());
     EXPECT_TRUE(command.text.IsNull());
     EXPECT_FALSE(command.flag);
   }
-  EXPECT_EQ(numbers, (std::vector<int>{32000, 32001, 32002, 32010, 32011, 32012, 32013, 32014, 32015, 32016, 32020,
-                                       32030, 32031}));
-  EXPECT_EQ(context->GetCommands().front().name, "cmd.captions.justify.left");
-  EXPECT_EQ(context->GetName(), u"Captions Panel");
 }
 
 TEST_F(Handling, DestroyingAHandlerWithoutAViewWithdrawsStationsAndWindowClass) {
@@ -83,9 +128,24 @@ TEST_F(Handling, DestroyingAHandlerWithoutAViewWithdrawsStationsAndWindowClass) 
     EXPECT_TRUE(IsListening(MZ::kStation_MasterClipActivation, listener));
     zebcore::trace::Take();
   }
+  const Strings withdrawn = TakeRequests({"messaging::RemoveListener", "UIF::RemoveWindowClass", "TabView::Destroy"});
+  EXPECT_EQ(withdrawn, (Strings{"messaging::RemoveListener " + MZ::kStation_ClosedCaptionsActivation.Text(),
+                                "messaging::RemoveListener " + MZ::kStation_MasterClipActivation.Text(),
+                                "UIF::RemoveWindowClass " + zebcore::ToUTF8(UIF::kCaptionsWindowTypeID)}));
   EXPECT_FALSE(HasWindowClass());
-  EXPECT_EQ(CountListeners(MZ::kStation_ClosedCaptionsActivation), 0U);
-  EXPECT_EQ(TakeCalls("TabView::Destroy"), std::vector<std::string>{});
+}
+
+TEST_F(Handling, DestroyingAHandlerThatFollowsAClipLeavesTheStationOfItsStreamFirst) {
+  clip = AddClip();
+  stream = AddStream(clip, MakeCaptions({1}));
+  {
+    CaptionsHandler own(u"Captions");
+    SelectClip(clip);
+    zebcore::trace::Take();
+  }
+  const Strings withdrawn = TakeRequests({"messaging::RemoveListener"});
+  ASSERT_EQ(withdrawn.size(), 3U);
+  EXPECT_EQ(withdrawn.front(), "messaging::RemoveListener " + stream.Query<BE::INotification>()->GetStationID().Text());
 }
 
 TEST_F(Handling, AFurtherViewTakesThePlaceOfTheFirst) {
@@ -99,178 +159,83 @@ TEST_F(Handling, AFurtherViewTakesThePlaceOfTheFirst) {
   first->Destroy(UIF::TabView::kDestroy_Closing);
 }
 
+TEST_F(Handling, TheFirstViewIsLetGoOnlyOnceTheFurtherOneIsStored) {
+  OpenPanel();
+  CaptionsView* const first = Inspector::View(Handler()).get();
+  UIF::WorkspaceFrame* frameOfFirst = first->GetFrame();
+  // A view that goes takes its pane along, which leaves its stations.
+  std::vector<CaptionsView*> storedMeanwhile;
+  zebcore::trace::SetAnnotator([&](zebcore::trace::Call& call) {
+    if (call.call == "messaging::RemoveListener")
+      storedMeanwhile.push_back(Inspector::View(Handler()).get());
+  });
+  UIF::TabView* const second = Handler().CreateTabView(frameOfFirst);
+  zebcore::trace::SetAnnotator(nullptr);
+  ASSERT_FALSE(storedMeanwhile.empty());
+  EXPECT_NE(second, first);
+  for (const CaptionsView* stored : storedMeanwhile)
+    EXPECT_EQ(stored, second);
+}
+
 TEST_F(Handling, OpeningAPanelThatIsInFrontDoesNothing) {
   OpenPanel();
   ASSERT_TRUE(View().IsFrontMost());
   zebcore::trace::Take();
   OpenPanel();
-  EXPECT_EQ(TakeCalls("TabView::"), std::vector<std::string>{});
+  EXPECT_EQ(TakeCalls("TabView::"), Strings{});
 }
 
 TEST_F(Handling, TheWingMenuIsTheTitleABlankAndThePanelMenu) {
   MakeHandler();
-  bool found = false;
-  for (const auto& menu : UIF::ShortcutManager::Instance()->GetWindowMenuIDs()) {
-    if (menu.menu == "Captivo_Wing_Menu") {
-      EXPECT_EQ(menu.context, "captions");
-      EXPECT_EQ(menu.label, u"Captions Panel Menu");
-      found = true;
-    }
-  }
-  EXPECT_TRUE(found);
+  EXPECT_EQ(WingMenu().context, "captions");
+  EXPECT_EQ(WingMenu().label, u"Captions Panel Menu");
+  EXPECT_EQ(WindowTitles(), std::vector<UString>{u"Captions"});
 }
 
-TEST_F(Handling, APanelCommandThatIsNotDoneFallsThroughToTheBase) {
-  CountingHandler own;
-  EXPECT_FALSE(own.ObeyCommand(UIF::Command(11916)));
-  EXPECT_EQ(own.asked, 1);
-  own.answer = true;
-  EXPECT_TRUE(own.ObeyCommand(UIF::Command(11916)));
-}
-
-TEST_F(Handling, AnyOtherCommandGoesToTheBase) {
-  CountingHandler own;
-  EXPECT_FALSE(own.ObeyCommand(UIF::Command(32000)));
-  EXPECT_EQ(own.asked, 0);
-}
-
-TEST_F(Handling, CaptionsOpenedMakesAndShowsThePanel) {
-  MakeHandler();
-  EXPECT_EQ(Inspector::View(Handler()), nullptr);
+TEST_F(Handling, TitleAndPanelMenuAreEachInTheLanguageOfTheProgram) {
+  ASSERT_TRUE(zebcore::config::Localizer::Get().SetLanguage("de"));
   OpenPanel();
-  ASSERT_NE(Inspector::View(Handler()), nullptr);
-  EXPECT_TRUE(View().IsCreated());
-  EXPECT_TRUE(View().IsShown());
-  EXPECT_TRUE(View().IsFrontMost());
+  EXPECT_EQ(WingMenu().label, u"Untertitel Fenstermenü");
+  EXPECT_EQ(WindowTitles(), std::vector<UString>{u"Untertitel"});
+  EXPECT_EQ(View().GetName(), u"Untertitel");
 }
 
-TEST_F(Handling, ATrackItemOpenedMakesThePanelAndSelectsTheRow) {
-  OpenPanelOn(MakeCaptions({1, 3}));
-  MZ::CaptioningTrackItemOpenedMessage message;
-  message.time = Seconds(3);
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(SelectedBegins(), (std::vector<double>{3}));
-}
-
-TEST_F(Handling, ATrackItemOpenedWithNoWorkspaceIsGuarded) {
+TEST_F(Handling, ThePanelMovesOfTheHostReachTheirOperations) {
   MakeHandler();
-  UIF::Workspace::SetFrameFactory(nullptr);
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, MZ::CaptioningTrackItemOpenedMessage());
-  EXPECT_EQ(Inspector::View(Handler()), nullptr);
-}
-
-TEST_F(Handling, ASelectionOfCaptionsDoesNotOpenAClosedPanel) {
-  MakeHandler();
-  MZ::CaptionsSelectionChangedMessage message;
-  message.times = {Seconds(1)};
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(Inspector::View(Handler()), nullptr);
-}
-
-TEST_F(Handling, ASelectionOfCaptionsPassesAHiddenPanelBy) {
-  OpenPanelOn(MakeCaptions({1, 3}));
-  View().Show(false);
-  MZ::CaptionsSelectionChangedMessage message;
-  message.times = {Seconds(3)};
-  message.format = zebcaptioning::kStreamFormat_608_CC1;
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(SelectedBegins(), (std::vector<double>{1}));
-  View().Show(true);
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(SelectedBegins(), (std::vector<double>{3}));
-}
-
-TEST_F(Handling, ASelectionInAnotherStreamSwitchesToItAndInAnUnknownOneDoesNothing) {
-  OpenPanelOn(MakeCaptions({1, 3}));
-  AddStream(clip, MakeCaptions({5, 7}), zebcaptioning::kStreamFormat_608_CC1 + 1);
-  MZ::CaptionsSelectionChangedMessage message;
-  message.times = {Seconds(7)};
-  message.format = zebcaptioning::kStreamFormat_608_CC1 + 2;
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(SelectedBegins(), (std::vector<double>{1}));
-  message.format = zebcaptioning::kStreamFormat_608_CC1 + 1;
-  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, message);
-  EXPECT_EQ(SelectedBegins(), (std::vector<double>{7}));
-}
-
-TEST_F(Handling, AClosedPanelsHandlerFollowsTheMasterClip) {
-  MakeHandler();
-  clip = AddClip();
-  stream = AddStream(clip, MakeCaptions({1}));
-  SelectClip(clip);
-  EXPECT_TRUE(Inspector::Source(Handler()).GetMasterClip() == clip);
-  EXPECT_TRUE(IsListening(Notifying(stream)->GetStationID(), HandlerListener()));
-  SelectClip(nullptr);
-  EXPECT_TRUE(Inspector::Source(Handler()).IsEmpty());
-  EXPECT_FALSE(IsListening(Notifying(stream)->GetStationID(), HandlerListener()));
-}
-
-TEST_F(Handling, SelectingTheSameClipTwiceJoinsItsStationOnce) {
-  MakeHandler();
-  clip = AddClip();
-  stream = AddStream(clip, MakeCaptions({1}));
-  SelectClip(clip);
+  std::vector<HSL::Handler::PanelMovement> moves;
+  HSL::Handler::SetPanelMovementHook([&](HSL::Handler::PanelMovement move) {
+    moves.push_back(move);
+    return true;
+  });
   zebcore::trace::Take();
-  SelectClip(clip);
-  EXPECT_EQ(TakeCalls("messaging::AddListener"), std::vector<std::string>{});
+  for (const int number : {11311, 11916, 11917})
+    EXPECT_TRUE(Handler().ObeyCommand(UIF::Command(number))) << number;
+  using Movement = HSL::Handler::PanelMovement;
+  EXPECT_EQ(moves, (std::vector<Movement>{Movement::FindBox, Movement::NextPanel, Movement::PreviousPanel}));
+  EXPECT_EQ(TakeRequests({"CommandHandler::ObeyCommand"}), Strings{});
 }
 
-TEST_F(Handling, AModifiedFormatIsFollowedWithoutAView) {
+TEST_F(Handling, APanelMoveThatIsNotDoneFallsThroughToTheBase) {
   MakeHandler();
-  clip = AddClip();
-  stream = AddStream(clip, MakeCaptions({1}));
-  SelectClip(clip);
-  project->ChangeStreamFormat(stream, zebcaptioning::kStreamFormat_608_CC1 + 1, u"Change format");
-  EXPECT_EQ(Inspector::Source(Handler()).GetStreamFormat(), zebcaptioning::kStreamFormat_608_CC1 + 1);
-}
-
-TEST_F(Handling, OpenCaptionsThatWereNeverMeasuredAreMeasuredWhenTheirClipIsSelected) {
-  MakeHandler();
-  clip = AddClip();
-  stream = AddStream(clip, MakeCaptions({1, 3}), kOpenTrack1);
-  ASSERT_FALSE(stream->FindByBegin(Seconds(3))->HasLineWidth());
-  SelectClip(clip);
-  EXPECT_TRUE(stream->FindByBegin(Seconds(1))->HasLineWidth());
-  EXPECT_TRUE(stream->FindByBegin(Seconds(3))->HasLineWidth());
-}
-
-TEST_F(Handling, AMeasuredFirstCaptionStandsForAllOthers) {
-  MakeHandler();
-  const auto first = MakeCaption(1, 2);
-  const boost::intrusive_ptr<zebcaptioning::CaptionState> state(new zebcaptioning::CaptionState(*first->GetState()));
-  state->paragraph.lineWidth = 100;
-  first->SetState(state);
-  clip = AddClip();
-  stream = AddStream(clip, {first, MakeCaption(3, 4)}, kOpenTrack1);
   zebcore::trace::Take();
-  SelectClip(clip);
-  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::UpdateTextWidthAndPositioning"), std::vector<std::string>{});
-  EXPECT_FALSE(stream->FindByBegin(Seconds(3))->HasLineWidth());
+  for (const int number : {11311, 11916, 11917})
+    EXPECT_FALSE(Handler().ObeyCommand(UIF::Command(number))) << number;
+  EXPECT_EQ(TakeRequests({"Handler::OnSelectFindBox", "Handler::OnSelectNextPanel", "Handler::OnSelectPreviousPanel",
+                          "CommandHandler::ObeyCommand"}),
+            (Strings{"Handler::OnSelectFindBox null", "CommandHandler::ObeyCommand 11311",
+                     "Handler::OnSelectNextPanel null", "CommandHandler::ObeyCommand 11916",
+                     "Handler::OnSelectPreviousPanel null", "CommandHandler::ObeyCommand 11917"}));
 }
 
-TEST_F(Handling, AnEmptyStreamOfOpenCaptionsIsNotMeasured) {
+TEST_F(Handling, AnyOtherCommandGoesToTheBaseAsItIs) {
   MakeHandler();
-  clip = AddClip();
-  AddStream(clip, {}, kOpenTrack1);
   zebcore::trace::Take();
-  SelectClip(clip);
-  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::UpdateTextWidthAndPositioning"), std::vector<std::string>{});
-}
-
-TEST_F(Handling, AStreamThatBecameOpenIsMeasuredWhole) {
-  MakeHandler();
-  clip = AddClip();
-  stream = AddStream(clip, MakeCaptions({1, 3}));
-  SelectClip(clip);
-  project->ChangeStreamFormat(stream, kOpenTrack1, u"Change format");
-  EXPECT_TRUE(stream->FindByBegin(Seconds(3))->HasLineWidth());
-}
-
-TEST_F(Handling, AModifiedFormatWithoutAStreamThrowsTheHostsException) {
-  MakeHandler();
-  Handler().HandleMessage(MZ::CaptionsSelectionChangedMessage());
-  EXPECT_THROW(Handler().HandleMessage(BE::CaptionStreamFormatModifiedMessage()),
-               zebcore::classref::NullInterfaceException);
+  for (const int number : {32000, 11310, 11918})
+    EXPECT_FALSE(Handler().ObeyCommand(UIF::Command(number))) << number;
+  EXPECT_EQ(TakeRequests({"Handler::OnSelectFindBox", "Handler::OnSelectNextPanel", "Handler::OnSelectPreviousPanel",
+                          "CommandHandler::ObeyCommand"}),
+            (Strings{"CommandHandler::ObeyCommand 32000", "CommandHandler::ObeyCommand 11310",
+                     "CommandHandler::ObeyCommand 11918"}));
 }
 
 } // namespace Captivo::Testing
