@@ -1,5 +1,10 @@
+#include <algorithm>
+
+#include <QApplication>
+
 #include "Captions/contracts/SelectionMessages.h"
 #include "Support.h"
+#include "UIF/HotTimecodeWidget.h"
 #include "zebcore/SystemFonts.h"
 #include "zebmediatypes/FrameRate.h"
 
@@ -31,6 +36,21 @@ class Item : public PanelTest {
     EXPECT_EQ(item->GetEndTime(), end);
     EXPECT_EQ(item->GetInControl().GetValue(), begin);
     EXPECT_EQ(item->GetOutControl().GetValue(), end);
+  }
+  // As the stream is changed elsewhere in the host.
+  bool ChangeTimes(double row, const TickTime& begin, const TickTime& end) {
+    const auto key = stream->FindKeyByBegin(Seconds(row));
+    if (!key)
+      return false;
+    const boost::intrusive_ptr<zebcaptioning::CaptionState> state(
+        new zebcaptioning::CaptionState(*stream->GetCaption(*key)->GetState()));
+    state->begin = begin;
+    state->end = end;
+    BE::CaptionDelta delta;
+    delta.key = *key;
+    delta.after = state;
+    project->EditCaptions(stream, {delta}, u"Edit");
+    return true;
   }
   static std::vector<ImmutableString> Stations(CaptionsItem& item) {
     return {item.GetInControl().GetStationID(), item.GetInControl().GetTimecodeEditTextStationID(),
@@ -81,9 +101,15 @@ TEST_F(Item, AnOutPointBeforeTheInPointTakesTheInPointAlong) {
   EXPECT_EQ(row->GetEndTime(), Seconds(3));
 }
 
-TEST_F(Item, AnOutPointBelowOneFrameIsRaisedToOneFrameWhateverTheInPoint) {
+TEST_F(Item, AnOutPointBelowOneFrameIsRaisedToOneFrame) {
   OpenPanelOn(MakeCaptions({0}));
   Row(0)->GetOutControl().ReportValue(TickTime(1));
+  ExpectTimes(0, kTime_Zero, Frame());
+}
+
+TEST_F(Item, AnOutPointBelowOneFrameTakesALaterInPointToZero) {
+  OpenPanelOn(MakeCaptions({5}));
+  Row(5)->GetOutControl().ReportValue(TickTime(1));
   ExpectTimes(0, kTime_Zero, Frame());
 }
 
@@ -124,6 +150,65 @@ TEST_F(Item, ARowThatComesBackHasFreshControlsAndListensOnce) {
   }
 }
 
+TEST_F(Item, ARowThatComesBackShowsTheTimesThatItGotMeanwhile) {
+  OpenPanelOn(MakeCaptions({1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23}), 600, 300);
+  const auto former = Stations(*Row(1));
+  Pane().SetScrollOffset(75 * 8);
+  ASSERT_FALSE(Row(1)->HasControls());
+  ASSERT_TRUE(ChangeTimes(1, Seconds(1.2), Seconds(2.4)));
+  Pane().SetScrollOffset(0);
+  ExpectTimes(1.2, Seconds(1.2), Seconds(2.4));
+  for (const auto& station : Stations(*Row(1.2)))
+    EXPECT_EQ(std::count(former.begin(), former.end(), station), 0) << station.Text();
+}
+
+TEST_F(Item, ControlsThatAreMadeShowTheTimesOfTheRowAndItsText) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  CaptionsItem row(&Pane(), MakeCaption(4, 5, u"Other"));
+  row.SetTimes(Seconds(6), Seconds(8));
+  row.CreateControls();
+  EXPECT_EQ(row.GetInControl().GetValue(), Seconds(6));
+  EXPECT_EQ(row.GetOutControl().GetValue(), Seconds(8));
+  EXPECT_EQ(row.GetTextEdit()->GetValue(), u"Other");
+  EXPECT_TRUE(row.GetInControl().IsShown());
+  EXPECT_TRUE(row.GetOutControl().IsShown());
+}
+
+TEST_F(Item, TimesAreShownFromTheZeroPointOfTheClip) {
+  BE::MediaInfo info;
+  info.width = 1920;
+  info.height = 1080;
+  info.frameRate = zebmediatypes::kFrameRate_25;
+  info.start = Seconds(3600);
+  clip = AddClip(info);
+  AddStream(clip, MakeCaptions({1}));
+  OpenPanel();
+  SelectClip(clip);
+  EXPECT_EQ(Row(1)->GetInControl().GetText(), u"01:00:01:00");
+  EXPECT_EQ(Row(1)->GetOutControl().GetText(), u"01:00:02:00");
+}
+
+TEST_F(Item, NoTimeIsDraggedBelowZero) {
+  OpenPanelOn(MakeCaptions({5}));
+  for (UIF::HotTimecodeControl* control : {&Row(5)->GetInControl(), &Row(5)->GetOutControl()}) {
+    control->Scrub(Seconds(-3), false);
+    EXPECT_EQ(control->GetValue(), kTime_Zero);
+  }
+}
+
+TEST_F(Item, TheTabKeyDoesNotStopAtTimecodes) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  int timecodes = 0;
+  for (const QWidget* widget : QApplication::allWidgets()) {
+    if (!dynamic_cast<const UIF::HotTimecodeWidget*>(widget))
+      continue;
+    ++timecodes;
+    EXPECT_EQ(widget->focusPolicy() & Qt::TabFocus, 0);
+    EXPECT_NE(widget->focusPolicy() & Qt::ClickFocus, 0);
+  }
+  EXPECT_EQ(timecodes, 4);
+}
+
 TEST_F(Item, WithoutTheCaptionFontNoFontIsSet) {
   zebcore::SetFontProbe(&FontIsMissing);
   Inspector::ForgetFontProbe();
@@ -135,15 +220,35 @@ TEST_F(Item, WithoutTheCaptionFontNoFontIsSet) {
   EXPECT_EQ(TakeCalls("UI_TextEdit::SetFont"), std::vector<std::string>{});
 }
 
-TEST_F(Item, WithTheCaptionFontEveryRowUsesItInTheSizeThatItHad) {
+TEST_F(Item, WithTheCaptionFontEveryRowUsesItInTheSizeAndStyleThatItHad) {
   zebcore::SetFontProbe(&FontIsThere);
   Inspector::ForgetFontProbe();
-  OpenPanelOn(MakeCaptions({1, 3}));
+  UString ownFamily;
+  UString ownStyle;
+  float ownSize = 0;
+  zebui::controls::UI_TextEdit(1, 0).GetFont(ownFamily, ownStyle, ownSize);
+  clip = AddClip();
+  AddStream(clip, MakeCaptions({1, 3}));
+  OpenPanel();
+  zebcore::trace::Take();
+  SelectClip(clip);
+  int fonts = 0;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.call != "UI_TextEdit::SetFont")
+      continue;
+    ++fonts;
+    EXPECT_EQ(call.args.at("family"), "Arial Unicode MS");
+    EXPECT_EQ(call.args.at("size").get<float>(), ownSize);
+    EXPECT_EQ(call.args.at("style"), zebcore::ToUTF8(ownStyle));
+  }
+  EXPECT_EQ(fonts, 2);
   UString family;
   UString style;
   float size = 0;
   Text(3).GetFont(family, style, size);
   EXPECT_EQ(family, u"Arial Unicode MS");
+  EXPECT_EQ(style, ownStyle);
+  EXPECT_EQ(size, ownSize);
 }
 
 TEST_F(Item, OnlyTheInControlEverShowsAnAlignedTime) {
@@ -177,6 +282,32 @@ TEST_F(Item, HasTheFocusWithItsTextOnly) {
   FocusText(1);
   EXPECT_TRUE(Row(1)->HasFocus());
   EXPECT_FALSE(Row(3)->HasFocus());
+}
+
+TEST_F(Item, HasTheFocusWithAnInlineEditorOfOneOfItsTimecodes) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  for (UIF::HotTimecodeControl* control : {&Row(1)->GetInControl(), &Row(1)->GetOutControl()}) {
+    control->OpenInlineEditor();
+    EXPECT_TRUE(Row(1)->HasFocus());
+    EXPECT_FALSE(Row(3)->HasFocus());
+    control->CloseInlineEditor(true);
+    EXPECT_FALSE(Row(1)->HasFocus());
+  }
+}
+
+TEST_F(Item, ASwitchOfTheSourceWaitsForAnInlineEditor) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  const auto other = AddClip(u"Other");
+  AddStream(other, MakeCaptions({5}));
+  Row(1)->GetOutControl().OpenInlineEditor();
+  SelectClip(other);
+  EXPECT_TRUE(Inspector::SourcePending(Pane()));
+  EXPECT_EQ(Begins(), (std::vector<double>{1, 3}));
+  Tick(250);
+  EXPECT_EQ(Begins(), (std::vector<double>{1, 3}));
+  Row(1)->GetOutControl().CloseInlineEditor(true);
+  Tick(250);
+  EXPECT_EQ(Begins(), (std::vector<double>{5}));
 }
 
 } // namespace Captivo::Testing
