@@ -44,6 +44,13 @@ class ItemList : public testing::Test {
     return list.MoveRow(Seconds(from), Seconds(to), moved, reordered);
   }
 
+  static void SetText(const boost::intrusive_ptr<Caption>& caption, const UString& text) {
+    const boost::intrusive_ptr<zebcaptioning::CaptionState> state(
+        new zebcaptioning::CaptionState(*caption->GetState()));
+    state->text = text;
+    caption->SetState(state);
+  }
+
   CaptionsItemList list{nullptr};
   TickTime moved;
   bool reordered = false;
@@ -294,6 +301,26 @@ TEST_F(ItemList, ANewCaptionBehindAnOverlapIsNotRefusedAndEndsBeforeItBegins) {
   EXPECT_EQ(Row(5)->GetEndTime(), Seconds(3));
 }
 
+TEST_F(ItemList, TheFirstCaptionTakesNothingFromARowThatIsGone) {
+  const auto italicised = MakeCaption(1, 2);
+  zebcaptioning::TextSpanAttributes italic;
+  italic.italic = true;
+  const boost::intrusive_ptr<zebcaptioning::CaptionState> state(
+      new zebcaptioning::CaptionState(*italicised->GetState()));
+  state->runs = {{0, zebcaptioning::Share(italic)}};
+  italicised->SetState(state);
+  list.AddRow(italicised);
+  Select({1});
+  ASSERT_TRUE(list.InsertCaptionAfterSelection(Seconds(1)));
+  ASSERT_TRUE(Row(2)->GetCaption()->GetState()->runs.front().attributes->italic);
+  list.SelectAll();
+  std::vector<TickTime> removed;
+  list.RemoveSelectedRows(removed);
+  ASSERT_EQ(list.GetRowCount(), 0U);
+  EXPECT_TRUE(list.InsertCaptionAfterSelection(Seconds(1)));
+  EXPECT_FALSE(Row(0)->GetCaption()->GetState()->runs.front().attributes->italic);
+}
+
 // --- Moving.
 
 TEST_F(ItemList, AMoveIntoThePreviousCaptionIsRefused) {
@@ -445,6 +472,52 @@ TEST_F(ItemList, TheSelectionFollowsCaptionsThatTheStreamMoved) {
   caption->SetState(state);
   list.AdjustRows(kTime_Min, Seconds(10), Seconds(1));
   EXPECT_EQ(Selected(), (Times{2}));
+}
+
+TEST_F(ItemList, ASelectedRowOutsideTheMovedRangeIsNotReadAgainAndStaysSelected) {
+  const auto inside = MakeCaption(1, 2, u"before");
+  const auto outside = MakeCaption(20, 21, u"before");
+  list.AddRow(inside);
+  list.AddRow(outside);
+  Select({1, 20});
+  SetText(inside, u"after");
+  SetText(outside, u"after");
+  list.AdjustRows(kTime_Min, Seconds(10), Seconds(1));
+  EXPECT_EQ(Row(1)->GetText(), u"after");
+  EXPECT_EQ(Row(20)->GetText(), u"before");
+  EXPECT_EQ(Selected(), (Times{1, 20}));
+}
+
+TEST_F(ItemList, TheMovedRangeReachesFromItsNewBeginToItsNewEndInclusive) {
+  for (const double begin : {2, 3, 4, 5, 6})
+    list.AddRow(MakeCaption(begin, begin + 1, u"before"));
+  Select({2, 3, 4, 5, 6});
+  for (const double begin : {2, 3, 4, 5, 6})
+    SetText(Row(begin)->GetCaption(), u"after");
+  list.AdjustRows(Seconds(2), Seconds(4), Seconds(1));
+  std::vector<double> readAgain;
+  for (const double begin : {2, 3, 4, 5, 6}) {
+    if (Row(begin)->GetText() == u"after")
+      readAgain.push_back(begin);
+  }
+  EXPECT_EQ(readAgain, (Times{3, 4, 5}));
+}
+
+TEST_F(ItemList, ARangeWithoutAnEndReachesTheLastRow) {
+  const auto caption = MakeCaption(1000000, 1000001, u"before");
+  list.AddRow(caption);
+  Select({1000000});
+  SetText(caption, u"after");
+  list.AdjustRows(Seconds(5), kTime_Max, Seconds(-2000000));
+  EXPECT_EQ(Row(1000000)->GetText(), u"after");
+}
+
+TEST_F(ItemList, RowsThatAreNotSelectedAreNotReadAgainByAMove) {
+  const auto caption = MakeCaption(1, 2, u"before");
+  list.AddRow(caption);
+  SetText(caption, u"after");
+  list.AdjustRows(kTime_Min, kTime_Max, Seconds(1));
+  EXPECT_EQ(Row(1)->GetText(), u"before");
 }
 
 } // namespace Captivo::Testing
