@@ -1,4 +1,5 @@
 #include "Support.h"
+#include "zebui/Driver.h"
 #include "zebui/Keyboard.h"
 #include "zebui/NodeManager.h"
 
@@ -38,9 +39,12 @@ TEST_F(TextEditing, EscapeWithAModifierIsNoCancel) {
 TEST_F(TextEditing, EscapeCancelsOnceOnKeyDownAndIsSwallowedInEveryPhase) {
   TypeInto(1, u"Changed");
   ASSERT_EQ(stream->FindByBegin(Seconds(1))->GetState()->text, u"Changed");
-  EXPECT_TRUE(Send(kKeyboardEvent_Shortcut, kKeyboardCode_Escape).filtered);
-  EXPECT_EQ(Row(1)->GetText(), u"Changed");
   zebcore::trace::Take();
+  for (const KeyboardEventType phase : {kKeyboardEvent_Shortcut, kKeyboardEvent_Character, kKeyboardEvent_KeyUp}) {
+    EXPECT_TRUE(Send(phase, kKeyboardCode_Escape).filtered) << phase;
+    EXPECT_EQ(Row(1)->GetText(), u"Changed") << phase;
+  }
+  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::RevertChanges").size(), 0U);
   EXPECT_TRUE(Send(kKeyboardEvent_KeyDown, kKeyboardCode_Escape).filtered);
   EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::RevertChanges").size(), 1U);
   EXPECT_EQ(Row(1)->GetText(), u"One");
@@ -50,8 +54,13 @@ TEST_F(TextEditing, EscapeCancelsOnceOnKeyDownAndIsSwallowedInEveryPhase) {
 
 TEST_F(TextEditing, TheTabKeyIsSwallowedWithNoModifierButShiftOrCapsLock) {
   FocusText(1);
-  for (const ModKey modifiers : {kModKey_None, kModKey_Shift, kModKey_CapsLock}) {
+  for (const ModKey modifiers :
+       {kModKey_None, kModKey_Shift, kModKey_CapsLock, ModKey(kModKey_Shift | kModKey_CapsLock)}) {
     EXPECT_TRUE(Text(1).UI_DoKeyboardEvent(&Text(1), {kKeyboardEvent_KeyDown, kKeyboardCode_Tab, modifiers}));
+    EXPECT_TRUE(Text(1).UI_HasKeyboardFocus(false)) << modifiers;
+    EXPECT_EQ(Text(1).GetValue(), u"One");
+    zebui::driver::PressKey(kKeyboardCode_Tab, modifiers);
+    EXPECT_TRUE(Text(1).UI_HasKeyboardFocus(false)) << modifiers;
     EXPECT_EQ(Text(1).GetValue(), u"One");
   }
 }
