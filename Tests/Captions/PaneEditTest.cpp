@@ -6,8 +6,31 @@ namespace {
 
 using Times = std::vector<double>;
 
+constexpr int kDelete = 57632;
+constexpr int kCopy = 57634;
+constexpr int kCut = 57635;
+constexpr int kPaste = 57637;
+
 class PaneEdit : public PanelTest {
  protected:
+  // The first row's text had the caret, and the focus has gone to the pane since.
+  void HoldTheCaretAndLeave(const TextRange& range) {
+    FocusText(1);
+    Text(1).SetSelection(range);
+    Tick(100);
+    Pane().SetFocus();
+    Text(1).SetSelection({0, 0});
+    ASSERT_TRUE(Inspector::KeepTextFocus(Pane()));
+    ASSERT_FALSE(Text(1).UI_HasKeyboardFocus(false));
+    zebcore::trace::Take();
+  }
+  nlohmann::json FormattedRange() {
+    for (const auto& call : zebcore::trace::Take()) {
+      if (call.call == "CaptioningStreamUpdater::ApplyFormatParameter")
+        return call.args["range"];
+    }
+    return {};
+  }
   const zebcaptioning::CaptionState& Stored(double begin) { return *stream->FindByBegin(Seconds(begin))->GetState(); }
   bool IsStored(double begin) { return stream->FindByBegin(Seconds(begin)) != nullptr; }
   void ExpectOneBox(const UString& start) {
@@ -188,6 +211,90 @@ TEST_F(PaneEdit, InsertingWithSeveralSelectedDoesNothing) {
   EXPECT_EQ(Stored(1).text, u"a");
 }
 
+TEST_F(PaneEdit, InsertingWithNothingSelectedDoesNothing) {
+  OpenPanelOn({MakeCaption(1, 2, u"a")});
+  List().ClearSelection();
+  zebcore::trace::Take();
+  Pane().InsertText(u"\u266A");
+  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::"), std::vector<std::string>{});
+}
+
+TEST_F(PaneEdit, AFormatGivesTheCaretBackToTheTextThatHeldIt) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  HoldTheCaretAndLeave({1, 3});
+  const auto info = Inspector::FormatInfo(View());
+  zebcaptioning::CaptionFormatInfo bold;
+  bold.SetIsBolded(true, true);
+  Pane().ApplyFormat(zebcaptioning::kFormatBold, bold);
+  EXPECT_TRUE(Text(1).UI_HasKeyboardFocus(false));
+  EXPECT_EQ(Text(1).GetSelection(), TextRange(1, 3));
+  EXPECT_NE(Inspector::FormatInfo(View()), info);
+}
+
+TEST_F(PaneEdit, AFormatLeavesTheFocusWhereItIsUnlessATextHeldIt) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  HoldTheCaretAndLeave({1, 3});
+  Inspector::KeepTextFocus(Pane()) = false;
+  zebcaptioning::CaptionFormatInfo bold;
+  bold.SetIsBolded(true, true);
+  Pane().ApplyFormat(zebcaptioning::kFormatBold, bold);
+  EXPECT_FALSE(Text(1).UI_HasKeyboardFocus(false));
+}
+
+TEST_F(PaneEdit, AFormatGoesToTheSelectedPartOfTheTextAndToWholeCaptionsWhenSeveralAreSelected) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello"), MakeCaption(3, 4, u"b")});
+  HoldTheCaretAndLeave({1, 3});
+  const zebcaptioning::CaptionFormatInfo info;
+  Pane().ApplyFormat(zebcaptioning::kFormatItalic, info);
+  EXPECT_EQ(FormattedRange(), (nlohmann::json{1, 3}));
+  Pane().SelectAllCaptions();
+  zebcore::trace::Take();
+  Pane().ApplyFormat(zebcaptioning::kFormatItalic, info);
+  EXPECT_EQ(FormattedRange(), (nlohmann::json{0, -1}));
+}
+
+TEST_F(PaneEdit, AFormatWithNothingSelectedDoesNothing) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  List().ClearSelection();
+  const auto info = Inspector::FormatInfo(View());
+  zebcore::trace::Take();
+  Pane().ApplyFormat(zebcaptioning::kFormatItalic, zebcaptioning::CaptionFormatInfo());
+  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::"), std::vector<std::string>{});
+  EXPECT_EQ(Inspector::FormatInfo(View()), info);
+}
+
+TEST_F(PaneEdit, TheTextGetsItsFocusAndCaretBackWhereItWasToKeepThem) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  HoldTheCaretAndLeave({1, 3});
+  const auto info = Inspector::FormatInfo(View());
+  Pane().RestoreTextFocus();
+  EXPECT_TRUE(Text(1).UI_HasKeyboardFocus(false));
+  EXPECT_EQ(Text(1).GetSelection(), TextRange(1, 3));
+  EXPECT_NE(Inspector::FormatInfo(View()), info);
+}
+
+TEST_F(PaneEdit, ATextThatWasNotToKeepTheFocusDoesNotGetItBackButTheFormatIsPublished) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  HoldTheCaretAndLeave({1, 3});
+  Inspector::KeepTextFocus(Pane()) = false;
+  const auto info = Inspector::FormatInfo(View());
+  Pane().RestoreTextFocus();
+  EXPECT_FALSE(Text(1).UI_HasKeyboardFocus(false));
+  EXPECT_NE(Inspector::FormatInfo(View()), info);
+}
+
+TEST_F(PaneEdit, WithoutASingleSelectedRowTheCaretRangeIsBroughtToItsNormalForm) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  Pane().SelectAllCaptions();
+  List().SetTextSelection({2, 3});
+  Pane().RestoreTextFocus();
+  EXPECT_EQ(Inspector::TextSelection(List()), kTextRange_Whole);
+  List().ClearSelection();
+  List().SetTextSelection({2, 3});
+  Pane().RestoreTextFocus();
+  EXPECT_EQ(Inspector::TextSelection(List()), kTextRange_Empty);
+}
+
 TEST_F(PaneEdit, RevertingWithNothingOpenGivesThePaneTheFocus) {
   OpenPanelOn({MakeCaption(1, 2, u"a")});
   FocusText(1);
@@ -204,7 +311,8 @@ TEST_F(PaneEdit, CancellingTheFirstWordsOfANewCaptionIsSafeThoughItTakesTheCapti
   Text(2).SetValue(u"Hel", true);
   zebui::ui::UI_NodeManager::Get()->DispatchKeyboardEvent(
       {zebui::ui::kKeyboardEvent_KeyDown, zebui::ui::kKeyboardCode_Escape, zebui::ui::kModKey_None});
-  EXPECT_EQ(stream->GetCaptionCount(), List().GetRowCount());
+  EXPECT_EQ(stream->GetCaptionCount(), 1U);
+  EXPECT_EQ(Begins(), (Times{1}));
 }
 
 TEST_F(PaneEdit, DeletingEverythingForgetsTheRowsInView) {
@@ -225,21 +333,69 @@ TEST_F(PaneEdit, DeletingWithNothingSelectedOnlyCommits) {
             std::vector<std::string>{"CaptioningStreamUpdater::CommitChangesUndoable"});
 }
 
-TEST_F(PaneEdit, TheClipboardCommandsNeedASingleSelectedRow) {
+TEST_F(PaneEdit, TheClipboardCommandsGoToTheTextOfTheOnlySelectedRow) {
   OpenPanelOn({MakeCaption(1, 2, u"Hello"), MakeCaption(3, 4, u"b")});
   FocusText(1);
   Text(1).SetSelection({0, 4});
-  bool enabled = false;
-  EXPECT_TRUE(Pane().FindTextCommandStatus(57635, enabled));
-  EXPECT_TRUE(enabled);
-  EXPECT_FALSE(Pane().FindTextCommandStatus(57642, enabled));
-  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(57635)));
+  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(kCut)));
   EXPECT_EQ(Stored(1).text, u"o");
-  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(57637)));
+  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(kPaste)));
   EXPECT_EQ(Stored(1).text, u"Hello");
-  Pane().SelectAllCaptions();
-  EXPECT_FALSE(Pane().FindTextCommandStatus(57635, enabled));
-  EXPECT_FALSE(Pane().ObeyTextCommand(UIF::Command(57632)));
+  Text(1).SetSelection({4, 5});
+  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(kCopy)));
+  EXPECT_EQ(Stored(1).text, u"Hello");
+  Text(1).SetSelection({0, 4});
+  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(kDelete)));
+  EXPECT_EQ(Stored(1).text, u"o");
+  EXPECT_TRUE(Pane().ObeyTextCommand(UIF::Command(kPaste)));
+  EXPECT_EQ(Stored(1).text, u"oo");
+}
+
+TEST_F(PaneEdit, TheClipboardCommandsAreOnWhereTheTextCanTakeThem) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  FocusText(1);
+  for (const bool selected : {true, false}) {
+    Text(1).SetSelection({0, selected ? 4U : 0U});
+    for (const int id : {kCopy, kCut}) {
+      bool enabled = !selected;
+      EXPECT_TRUE(Pane().FindTextCommandStatus(id, enabled));
+      EXPECT_EQ(enabled, selected) << id;
+    }
+    bool enabled = !Text(1).CanDelete();
+    EXPECT_TRUE(Pane().FindTextCommandStatus(kDelete, enabled));
+    EXPECT_EQ(enabled, Text(1).CanDelete());
+  }
+  Text(1).SetSelection({0, 4});
+  Text(1).Copy();
+  bool enabled = false;
+  EXPECT_TRUE(Pane().FindTextCommandStatus(kPaste, enabled));
+  EXPECT_TRUE(enabled);
+}
+
+TEST_F(PaneEdit, AnyOtherCommandIsNoneOfTheClipboard) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  FocusText(1);
+  bool enabled = false;
+  for (const int id : {57633, 57636, 57642}) {
+    EXPECT_FALSE(Pane().FindTextCommandStatus(id, enabled));
+    EXPECT_FALSE(Pane().ObeyTextCommand(UIF::Command(id)));
+  }
+}
+
+TEST_F(PaneEdit, TheClipboardCommandsNeedASingleSelectedRow) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello"), MakeCaption(3, 4, u"b")});
+  bool enabled = false;
+  for (const bool several : {true, false}) {
+    if (several)
+      Pane().SelectAllCaptions();
+    else
+      List().ClearSelection();
+    for (const int id : {kDelete, kCopy, kCut, kPaste}) {
+      EXPECT_FALSE(Pane().FindTextCommandStatus(id, enabled));
+      EXPECT_FALSE(Pane().ObeyTextCommand(UIF::Command(id)));
+    }
+  }
+  EXPECT_EQ(Stored(1).text, u"Hello");
 }
 
 TEST_F(PaneEdit, EachEditHasAskedForThePictureOfItsLastFrame) {

@@ -97,6 +97,40 @@ TEST_F(PanePaint, TheOffsetSnapsDownToWholeRows) {
   EXPECT_EQ(Inspector::ScrollOffset(Pane()), 0U);
 }
 
+TEST_F(PanePaint, AnUnavailablePaneWithRowsDoesNotScroll) {
+  OpenPanelOn(MakeCaptions({1, 3, 5, 7, 9, 11}));
+  Pane().SetScrollOffset(75);
+  stream->SetBusy(true);
+  Pane().ReloadCaptions();
+  ASSERT_TRUE(Pane().IsUnavailable());
+  Pane().SetScrollOffset(150);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 75U);
+  EXPECT_EQ(Inspector::FirstVisibleRow(Pane()), 1);
+  stream->SetBusy(false);
+  Tick(250);
+  Pane().SetScrollOffset(150);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 150U);
+}
+
+TEST_F(PanePaint, AnUnavailablePaneWithoutRowsTakesTheOffset) {
+  OpenPanel();
+  ASSERT_TRUE(Pane().IsUnavailable());
+  Pane().SetScrollOffset(160);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 150U);
+}
+
+TEST_F(PanePaint, AnUnavailablePaneWorksOutNoRowsWhenItsBoundsChange) {
+  OpenPanelOn(MakeCaptions({1, 3, 5, 7, 9, 11}));
+  stream->SetBusy(true);
+  Pane().ReloadCaptions();
+  Pane().SetBounds({0, 0, 500, 160});
+  EXPECT_EQ(Inspector::LastVisibleRow(Pane()), 5);
+  stream->SetBusy(false);
+  Tick(250);
+  Pane().SetBounds({0, 0, 500, 160});
+  EXPECT_EQ(Inspector::LastVisibleRow(Pane()), 2);
+}
+
 TEST_F(PanePaint, PaintingRunsAheadOfAListThatShrank) {
   OpenPanelOn(MakeCaptions({1, 3, 5}));
   Inspector::LastVisibleRow(Pane()) = 7;

@@ -1,5 +1,6 @@
 #include "Captions/contracts/SelectionMessages.h"
 #include "Captions/contracts/Stations.h"
+#include "Captions/contracts/StreamMessages.h"
 #include "Support.h"
 
 namespace Captivo::Testing {
@@ -7,6 +8,7 @@ namespace Captivo::Testing {
 namespace {
 
 using Times = std::vector<double>;
+constexpr StreamFormat kCC1 = zebcaptioning::kStreamFormat_608_CC1;
 
 class PaneReload : public PanelTest {
  protected:
@@ -100,11 +102,57 @@ TEST_F(PaneReload, AFilterInCapitalsFindsTheSameRows) {
   EXPECT_EQ(Begins(), (Times{1, 3}));
 }
 
+TEST_F(PaneReload, AFilterThatTakesTheSelectedRowAwaySelectsTheTimeRememberedForTheStream) {
+  OpenPanelOn({MakeCaption(1, 2, u"one"), MakeCaption(3, 4, u"two"), MakeCaption(5, 6, u"two more")});
+  Click(5);
+  SelectClip(AddOtherClip({7}));
+  SelectClip(clip);
+  Click(1);
+  Pane().SetFilterText(u"two");
+  EXPECT_EQ(Begins(), (Times{3, 5}));
+  EXPECT_EQ(SelectedBegins(), (Times{5}));
+}
+
+TEST_F(PaneReload, ARememberedTimeThatTheFilterTakesAwayTooSelectsNothing) {
+  OpenPanelOn({MakeCaption(1, 2, u"one"), MakeCaption(3, 4, u"two"), MakeCaption(5, 6, u"three")});
+  Click(5);
+  SelectClip(AddOtherClip({7}));
+  SelectClip(clip);
+  Click(1);
+  Pane().SetFilterText(u"two");
+  EXPECT_EQ(Begins(), (Times{3}));
+  EXPECT_EQ(SelectedBegins(), Times{});
+}
+
+TEST_F(PaneReload, ACapitalBeyondASCIIDoesNotFindItsSmallLetter) {
+  OpenPanelOn({MakeCaption(1, 2, u"\u00E4rger"), MakeCaption(3, 4, u"\u00C4rger")});
+  Pane().SetFilterText(u"\u00C4RGER");
+  EXPECT_EQ(Begins(), (Times{3}));
+}
+
 TEST_F(PaneReload, AnEmptyStreamSelectsNothing) {
-  OpenPanelOn({});
+  OpenPanelOn(MakeCaptions({1, 3}));
+  Click(3);
+  SelectClip(AddOtherClip({}));
+  EXPECT_FALSE(Pane().IsUnavailable());
   EXPECT_EQ(Begins(), Times{});
   EXPECT_EQ(SelectedBegins(), Times{});
-  EXPECT_EQ(Inspector::Anchor(List()), kTime_Min);
+  EXPECT_EQ(Inspector::Anchor(List()), Seconds(3));
+}
+
+TEST_F(PaneReload, WithoutARowToBeSelectedTheTimeThatStandsForNoneIsNotSelected) {
+  OpenPanelOn({});
+  // Only a row at that very time can show whether it was.
+  const boost::intrusive_ptr<zebcaptioning::CaptionState> state(
+      new zebcaptioning::CaptionState(*MakeCaption(0, 1)->GetState()));
+  state->begin = kTime_Min;
+  List().AddRow(new Caption(zebcaptioning::CaptionStatePtr(state)));
+  Inspector::SelectRememberedOrFirst(Pane());
+  EXPECT_EQ(List().GetSelectedCount(), 0U);
+  List().Clear();
+  List().AddRow(MakeCaption(0, 1));
+  Inspector::SelectRememberedOrFirst(Pane());
+  EXPECT_EQ(List().GetSelectedCount(), 1U);
 }
 
 TEST_F(PaneReload, AMergedClipLeavesEverythingAsItIs) {
@@ -137,6 +185,46 @@ TEST_F(PaneReload, AFormatOfTheClipIsChosenByItsPlace) {
   EXPECT_FALSE(zebcore::messaging::IsListening(stream.Query<BE::INotification>()->GetStationID(), pane));
 }
 
+TEST_F(PaneReload, AStreamOnShowWhoseFormatChangesStaysOnShow) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  const auto third = AddStream(clip, MakeCaptions({5, 7}), kCC1 + 2);
+  Pane().SelectStreamFormat(Pane().FindAvailableFormat(kCC1 + 2));
+  ASSERT_EQ(Begins(), (Times{5, 7}));
+  Click(7);
+  project->ChangeStreamFormat(third, kCC1 + 1, u"Change format");
+  EXPECT_EQ(Inspector::Source(Pane()).GetStreamFormat(), kCC1 + 1);
+  EXPECT_TRUE(Inspector::Source(Pane()).GetCaptioningStream() == third);
+  EXPECT_EQ(Inspector::Format(List()), kCC1 + 1);
+  EXPECT_EQ(Begins(), (Times{5, 7}));
+  EXPECT_EQ(SelectedBegins(), (Times{7}));
+  Pane().AddNewCaption();
+  EXPECT_EQ(third->GetCaptionCount(), 3U);
+}
+
+TEST_F(PaneReload, AChangedFormatOfAnotherStreamIsOfferedAndChangesNoRow) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  const auto third = AddStream(clip, MakeCaptions({5}), kCC1 + 2);
+  Click(3);
+  project->ChangeStreamFormat(third, kCC1 + 1, u"Change format");
+  BE::CaptioningStreamChangedMessage message;
+  message.stream = third;
+  zebcore::trace::Take();
+  Pane().HandleMessage(message);
+  EXPECT_EQ(TakeCalls("CaptioningStreamUpdater::UpdateCaptioningStream"), std::vector<std::string>{});
+  EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 1), 1);
+  EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 2), -1);
+  EXPECT_EQ(Begins(), (Times{1, 3}));
+  EXPECT_EQ(SelectedBegins(), (Times{3}));
+}
+
+TEST_F(PaneReload, AFurtherStreamOfTheClipIsOfferedAtOnce) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 1), -1);
+  AddStream(clip, MakeCaptions({5}), kCC1 + 1);
+  EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 1), 1);
+  EXPECT_EQ(Begins(), (Times{1, 3}));
+}
+
 TEST_F(PaneReload, AReloadGivesTheCaretBackToTheTextThatHadIt) {
   OpenPanelOn({MakeCaption(1, 2, u"Hello")});
   FocusText(1);
@@ -147,11 +235,35 @@ TEST_F(PaneReload, AReloadGivesTheCaretBackToTheTextThatHadIt) {
   EXPECT_EQ(Text(1).GetSelection(), TextRange(2, 4));
 }
 
-TEST_F(PaneReload, WithoutAStreamNewCaptionsHaveNoFormat) {
-  OpenPanelOn(MakeCaptions({1}));
+TEST_F(PaneReload, AReloadLeavesTheCaretAwayFromATextThatGaveTheFocusUp) {
+  OpenPanelOn({MakeCaption(1, 2, u"Hello")});
+  FocusText(1);
+  Tick(100);
+  Pane().SetFocus();
+  ASSERT_TRUE(Inspector::KeepTextFocus(Pane()));
+  Pane().ReloadCaptions();
+  EXPECT_FALSE(Text(1).UI_HasKeyboardFocus(false));
+}
+
+TEST_F(PaneReload, WithoutAStreamNewCaptionsHaveNoFormatAndTheGridOfAnEmptyPanel) {
+  clip = AddClip();
+  stream = AddStream(clip, MakeCaptions({1}), kOpenTrack1);
+  OpenPanel();
+  SelectClip(clip);
+  EXPECT_EQ(Inspector::Format(List()), kOpenTrack1);
+  EXPECT_EQ(Inspector::Columns(List()), 1920);
+  EXPECT_EQ(Inspector::Rows(List()), 1080);
   SelectClip(nullptr);
   EXPECT_EQ(Begins(), Times{});
   EXPECT_EQ(Inspector::Source(Pane()).GetStreamFormat(), 0U);
+  EXPECT_EQ(Inspector::Format(List()), 0U);
+  const int columns = zebcaptioning::GetCaptionColumns(0, false);
+  const int rows = zebcaptioning::GetCaptionRows(0);
+  ASSERT_NE(columns, rows);
+  EXPECT_EQ(Inspector::Columns(List()), columns);
+  EXPECT_EQ(Inspector::Rows(List()), rows);
+  EXPECT_EQ(Inspector::GridColumns(View()), columns);
+  EXPECT_EQ(Inspector::GridRows(View()), rows);
 }
 
 } // namespace Captivo::Testing

@@ -19,27 +19,29 @@ namespace Captivo::Testing {
 namespace {
 
 std::vector<RenderRequest> sRenderRequests;
+RendererStage sRenderer;
 
 class RecordingRenderer : public ML::IRenderFrame {
  public:
-  void SetLookAhead(int value) override { configuration.push_back(value); }
-  void SetFields(int value) override { configuration.push_back(value); }
-  void SetProgressive(int value) override { configuration.push_back(value); }
-  void SetQuality(int value) override { configuration.push_back(value); }
-  void SetDownsampling(int value) override { configuration.push_back(value); }
-  void SetPriority(int value) override { configuration.push_back(value); }
+  void SetLookAhead(int value) override { sRenderer.settings.emplace_back("SetLookAhead", value); }
+  void SetFields(int value) override { sRenderer.settings.emplace_back("SetFields", value); }
+  void SetProgressive(int value) override { sRenderer.settings.emplace_back("SetProgressive", value); }
+  void SetQuality(int value) override { sRenderer.settings.emplace_back("SetQuality", value); }
+  void SetDownsampling(int value) override { sRenderer.settings.emplace_back("SetDownsampling", value); }
+  void SetPriority(int value) override { sRenderer.settings.emplace_back("SetPriority", value); }
   ImmutableString GetStationID() const override { return "test.renderer"; }
   void SetFrameSize(const RectT<int>&, const zebmediatypes::PixelAspectRatio&) override {}
   void SetLetterbox(int) override {}
   ML::RenderStatus Render(const TickTime& time, const zebcore::utility::Guid&, const InterfaceRef<BE::IVideoSegments>&,
                           const std::vector<zebmediatypes::PixelFormat>&, bool, int, int,
-                          InterfaceRef<MF::IVideoFrame>&, std::uint32_t& requestID, bool, zebmediatypes::PixelFormat,
-                          const zebmediatypes::ColorSpace&, const zebcore::utility::Guid&) override {
+                          InterfaceRef<MF::IVideoFrame>& picture, std::uint32_t& requestID, bool,
+                          zebmediatypes::PixelFormat, const zebmediatypes::ColorSpace&,
+                          const zebcore::utility::Guid&) override {
     requestID = static_cast<std::uint32_t>(sRenderRequests.size()) + 1;
     sRenderRequests.push_back({time, requestID});
-    return ML::kRenderStatus_Pending;
+    picture = sRenderer.picture;
+    return picture ? ML::kRenderStatus_Complete : ML::kRenderStatus_Pending;
   }
-  std::vector<int> configuration;
 };
 
 InterfaceRef<> CreateRecordingRenderer() {
@@ -95,11 +97,12 @@ struct PanelTest::Frame : UIF::WorkspaceFrame {
   bool isFrontMost = false;
 };
 
-PanelTest::PanelTest() : renderRequests(sRenderRequests) {
+PanelTest::PanelTest() : renderRequests(sRenderRequests), renderer(sRenderer) {
   NeedApplication();
   zebcore::Clock::Instance().UseManual();
   zebcore::classref::RegisterClass(ML::kRenderFrameClassID, &CreateRecordingRenderer);
   renderRequests.clear();
+  renderer = RendererStage();
   project = BE::Project::CreateInMemory();
   MZ::SetActiveProject(project);
   frame = std::make_unique<Frame>();
@@ -234,6 +237,18 @@ void PanelTest::FocusText(double begin) {
 
 void PanelTest::Paint() {
   frame->container.grab();
+}
+
+void PanelTest::CompleteRender(std::uint32_t id, const TickTime& time, const InterfaceRef<MF::IVideoFrame>& picture) {
+  ML::RenderFrameCompletionMessage message;
+  message.requestID = id;
+  message.time = time;
+  message.frame = picture;
+  zebcore::messaging::BroadcastMessage(Inspector::RendererStation(Pane()), message);
+}
+
+InterfaceRef<BE::IVideoSegments> PanelTest::Video() {
+  return clip->GetClip(BE::kMediaType_Video, 0).Query<BE::IVideoSegments>();
 }
 
 std::vector<std::string> PanelTest::TakeCalls(const std::string& start) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -33,6 +34,8 @@ class CaptionsInspector {
   static auto& ScrollPosition(CaptionsView& view) { return view.scrollPosition; }
   static auto& AddButton(CaptionsView& view) { return view.addCaptionButton; }
   static auto& DeleteButton(CaptionsView& view) { return view.deleteCaptionButton; }
+  static auto& GridColumns(CaptionsView& view) { return view.gridColumns; }
+  static auto& GridRows(CaptionsView& view) { return view.gridRows; }
   static auto& FormatInfo(CaptionsView& view) { return view.formatInfo; }
   static auto& RegionAndStyleEnabled(CaptionsView& view) { return view.regionAndStyleEnabled; }
   static auto& FormatBarHeight(CaptionsView& view) { return view.formatBarHeight; }
@@ -56,11 +59,21 @@ class CaptionsInspector {
   static auto PollTimer(CaptionsPane& pane) { return pane.pollTimer; }
   static auto DeferTimer(CaptionsPane& pane) { return pane.deferTimer; }
   static bool IsCreated(CaptionsPane& pane) { return pane.created; }
+  static void SelectRememberedOrFirst(CaptionsPane& pane) { pane.SelectRememberedOrFirst(); }
+  static auto& RendererStation(CaptionsPane& pane) { return pane.rendererStation; }
+  static auto& PreviewCache(CaptionsPane& pane) { return pane.previewCache; }
+  static auto& FindPreviewEntry(CaptionsPane& pane, const InterfaceRef<BE::IVideoSegments>& video,
+                                const TickTime& time) {
+    return pane.FindPreviewEntry(video, time, nullptr);
+  }
   static std::size_t CountPreviews(CaptionsPane& pane, const InterfaceRef<BE::IVideoSegments>& video) {
     const auto found = pane.previewCache.find(video);
     return found == pane.previewCache.end() ? 0 : found->second.size();
   }
 
+  static StreamFormat Format(const CaptionsItemList& list) { return list.mStreamFormat; }
+  static int Columns(const CaptionsItemList& list) { return list.mColumns; }
+  static int Rows(const CaptionsItemList& list) { return list.mRows; }
   static const TickTime& Anchor(CaptionsItemList& list) { return list.mAnchorTime; }
   static const TextRange& TextSelection(CaptionsItemList& list) { return list.mTextSelection; }
   static std::vector<TickTime> SelectedKeys(CaptionsItemList& list) {
@@ -69,6 +82,15 @@ class CaptionsInspector {
       keys.push_back(row.time);
     return keys;
   }
+
+  // No selection of the host leads to a sequence as a source.
+  static CaptionsSource MakeSequenceSource(const InterfaceRef<>& sequence) {
+    return {CaptionsSource::kKind_Sequence, sequence};
+  }
+  static const TimeDisplay& DisplayOverride(const CaptionsSource& source, int kind, bool isVideo) {
+    return source.mDisplayOverrides[(kind == CaptionsSource::kKind_Sequence ? 2U : 0U) + (isVideo ? 0U : 1U)];
+  }
+  static auto& SequenceMediaIsVideo(CaptionsSource& source) { return source.mSequenceMediaIsVideo; }
 
   static bool IsTimeEditPending(const CaptionsItem& item) { return item.mTimeEditPending; }
   static void ForgetFontProbe() { CaptionsItem::sFontProbe = CaptionsItem::FontProbe::NotProbed; }
@@ -93,6 +115,12 @@ std::vector<boost::intrusive_ptr<Caption>> MakeCaptions(const std::vector<double
 struct RenderRequest {
   TickTime time;
   std::uint32_t id;
+};
+
+// What the renderer was told, and what it answers with: without a picture it is still at work.
+struct RendererStage {
+  std::vector<std::pair<std::string, int>> settings;
+  InterfaceRef<MF::IVideoFrame> picture;
 };
 
 // A person who clicks message boxes away, and a host with one project, a frame for the panel and a renderer that only
@@ -132,6 +160,10 @@ class PanelTest : public testing::Test {
   // One pass over everything that is on show.
   void Paint();
 
+  // The report that the renderer's worker would send.
+  void CompleteRender(std::uint32_t id, const TickTime& time, const InterfaceRef<MF::IVideoFrame>& picture);
+  InterfaceRef<BE::IVideoSegments> Video();
+
   // Names of the recorded calls since the last time.
   std::vector<std::string> TakeCalls(const std::string& start);
 
@@ -140,6 +172,7 @@ class PanelTest : public testing::Test {
   InterfaceRef<BE::CaptioningStream> stream;
   std::vector<UIF::MessageBoxRecord> boxes;
   std::vector<RenderRequest>& renderRequests;
+  RendererStage& renderer;
 
  private:
   struct Frame;
