@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fstream>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -26,6 +27,7 @@ constexpr int kApplicationID = 0x43505456; // "CPTV"
 constexpr char kMagic[] = "SQLite format 3";
 // Pages in the write-ahead log from which the worker is asked to move them into the file proper.
 constexpr int kCheckpointPages = 1000;
+constexpr int kEmptyLogAttempts = 2;
 
 Problem CannotOpen(const std::filesystem::path& path, int error) {
   return MakeProblem(
@@ -60,6 +62,16 @@ void SyncFolder(const std::filesystem::path& folder) {
     return;
   fsync(descriptor);
   close(descriptor);
+}
+
+// Moves all of the write-ahead log into the file, which is whole without it then. Somebody else who reads the file at
+// this moment is waited for.
+bool EmptyLog(sqlite3* database) {
+  for (int attempt = 0; attempt < kEmptyLogAttempts; ++attempt) {
+    if (sqlite3_wal_checkpoint_v2(database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr) == SQLITE_OK)
+      return true;
+  }
+  return false;
 }
 
 // What can be told before the database is asked.
@@ -190,26 +202,33 @@ ProjectFile::~ProjectFile() {
 }
 
 void ProjectFile::Connect(const std::string& place) {
-  mDatabase = std::make_unique<SQLite::Database>(place, SQLite::OPEN_READWRITE, 2000);
-  sqlite3* handle = mDatabase->getHandle();
+  auto database = std::make_unique<SQLite::Database>(place, SQLite::OPEN_READWRITE, 2000);
+  std::unique_ptr<Checkpointer> checkpointer;
+  sqlite3* handle = database->getHandle();
   // A file may come from anywhere: nothing in it runs, and nothing in it is believed before it was checked.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
-  mDatabase->exec("PRAGMA trusted_schema=OFF");
-  mDatabase->exec("PRAGMA cell_size_check=ON");
+  database->exec("PRAGMA trusted_schema=OFF");
+  database->exec("PRAGMA cell_size_check=ON");
   if (place != ":memory:") {
-    mDatabase->exec("PRAGMA journal_mode=WAL");
-    mDatabase->exec("PRAGMA synchronous=NORMAL");
-    mDatabase->exec("PRAGMA wal_autocheckpoint=0");
-    mCheckpointer = std::make_unique<Checkpointer>(handle, place);
+    database->exec("PRAGMA journal_mode=WAL");
+    database->exec("PRAGMA synchronous=NORMAL");
+    database->exec("PRAGMA wal_autocheckpoint=0");
+    checkpointer = std::make_unique<Checkpointer>(handle, place);
   }
-  mStatements = std::make_unique<Statements>();
+  auto statements = std::make_unique<Statements>();
+  Disconnect();
+  mDatabase = std::move(database);
+  mCheckpointer = std::move(checkpointer);
+  mStatements = std::move(statements);
 }
 
 void ProjectFile::Disconnect() {
   mStatements.reset();
   mCheckpointer.reset();
+  if (mDatabase && !mIsAdrift)
+    EmptyLog(mDatabase->getHandle());
   mDatabase.reset();
 }
 
@@ -312,7 +331,9 @@ bool ProjectFile::IsGone() const {
   if (!mLock)
     return false;
   struct stat status {};
-  return stat(mPath.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+  if (stat(mPath.c_str(), &status) != 0)
+    return errno == ENOENT || errno == ENOTDIR;
+  return mIsAdrift && mLock->IsAbout(status);
 }
 
 std::optional<Problem> ProjectFile::FindObstacle() const {
@@ -350,22 +371,42 @@ void ProjectFile::WriteCopy(const std::filesystem::path& path) {
   }
 }
 
-void ProjectFile::Restore() {
-  WriteCopy(mPath);
-  Disconnect();
+// What is open reads on without a place on the disk, and touches nothing there when it is closed: what lies there by
+// those names then is another file's. The file itself, should it have been moved, is left whole.
+void ProjectFile::LetGoOfSideFiles() {
+  mCheckpointer.reset();
+  sqlite3* handle = mDatabase->getHandle();
+  sqlite3_wal_hook(handle, nullptr, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  if (!mIsAdrift)
+    EmptyLog(handle);
+  mIsAdrift = true;
   RemoveSideFiles(mPath);
-  std::filesystem::rename(mPath.string() + ".new", mPath);
-  SyncFolder(mPath.parent_path());
-  mLock = std::make_unique<FileLock>(mPath, O_RDWR, false);
-  Connect(mPath.string());
 }
 
-std::optional<Problem> ProjectFile::CopyTo(const std::filesystem::path& path) {
+// The old connection goes only when the new one stands.
+void ProjectFile::Restore() {
+  const std::filesystem::path next = mPath.string() + ".new";
+  WriteCopy(mPath);
+  auto lock = std::make_unique<FileLock>(next, O_RDWR, false);
+  if (const int error = lock->IsTaken() ? EWOULDBLOCK : lock->GetError())
+    throw std::system_error(error, std::generic_category(), next.string());
+  LetGoOfSideFiles();
+  std::filesystem::rename(next, mPath);
+  mLock = std::move(lock);
+  SyncFolder(mPath.parent_path());
+  Connect(mPath.string());
+  mIsAdrift = false;
+}
+
+std::optional<Problem> ProjectFile::CopyTo(const std::filesystem::path& path,
+                                           const std::function<void(ProjectFile&)>& finish) {
   const std::filesystem::path target = std::filesystem::absolute(path);
   const std::filesystem::path next = target.string() + ".new";
   std::error_code error;
   const auto fail = [&](const std::string& why) {
     std::filesystem::remove(next, error);
+    RemoveSideFiles(next);
     return MakeProblem(
         "$$$/Vidra/Project/CannotSave=The project cannot be saved as \u201c%1\u201d: %2. Choose another name or "
         "folder; nothing there was changed.",
@@ -383,6 +424,11 @@ std::optional<Problem> ProjectFile::CopyTo(const std::filesystem::path& path) {
   }
   try {
     WriteCopy(target);
+    ProjectFile copy(next);
+    copy.Connect(next.string());
+    copy.Perform(finish);
+    if (!EmptyLog(copy.mDatabase->getHandle()))
+      throw std::runtime_error("the copy cannot be closed");
   } catch (const std::exception& failure) {
     return fail(failure.what());
   }

@@ -34,12 +34,14 @@ class ProjectFile {
   // Why the file is no place to write to any more although the system would still take the bytes: it was moved or
   // deleted, or its owner has made it read-only.
   std::optional<Problem> FindObstacle() const;
-  // Nothing is at its path any more.
+  // Nothing is at its path any more, or what was put back there could not be opened yet.
   bool IsGone() const;
-  // Puts everything back at its path, when it is gone from there.
+  // Puts everything back at its path, when it is gone from there. If that throws, everything can still be read and
+  // copied, and is to be put back before anything is written.
   void Restore();
-  // A copy of everything at another place, whole or not at all; an existing file is replaced.
-  std::optional<Problem> CopyTo(const std::filesystem::path& path);
+  // A copy of everything at another place, whole or not at all; an existing file is replaced. finish is done to the
+  // copy before that.
+  std::optional<Problem> CopyTo(const std::filesystem::path& path, const std::function<void(ProjectFile&)>& finish);
 
   void PutSetting(const std::string& key, const std::string& value);
   void PutClip(const ClipRecord& clip);
@@ -80,10 +82,12 @@ class ProjectFile {
   void CreateTables();
   std::optional<Problem> CheckVersion();
   void WriteCopy(const std::filesystem::path& path);
+  void LetGoOfSideFiles();
 
   std::filesystem::path mPath; // empty: in memory
   std::filesystem::path mTemporaryFolder;
   bool mIsRead = false;
+  bool mIsAdrift = false; // what is open has no place on the disk any more
   std::unique_ptr<FileLock> mLock;
   std::unique_ptr<SQLite::Database> mDatabase;
   std::unique_ptr<Checkpointer> mCheckpointer;

@@ -1,6 +1,7 @@
 #include "BE/ProjectStorage.h"
 
 #include "BE/Problems.h"
+#include "zebcore/Boundary.h"
 #include "zebcore/Log.h"
 
 namespace BE {
@@ -53,7 +54,7 @@ void ProjectStorage::SetProblem(std::optional<Problem> problem) {
   if (mProblem)
     zebcore::log::Write(zebcore::log::Level::Error, mProblem->text);
   if (mListener)
-    mListener(mProblem);
+    zebcore::boundary::Guard("BE::Project storage problem", [this] { mListener(mProblem); });
 }
 
 std::optional<Problem> ProjectStorage::SaveAs(const std::filesystem::path& path) {
@@ -64,16 +65,21 @@ std::optional<Problem> ProjectStorage::SaveAs(const std::filesystem::path& path)
     WritePending();
     return mProblem;
   }
-  if (std::optional<Problem> problem = mFile->CopyTo(path))
+  // What the old place refused goes into the copy before that is put in its place.
+  const auto writePending = [this](ProjectFile& copy) {
+    for (const Operation& each : mPending)
+      each(copy);
+  };
+  if (std::optional<Problem> problem = mFile->CopyTo(path, writePending))
     return problem;
   Result<std::unique_ptr<ProjectFile>> next = ProjectFile::Open(path);
   if (!next)
     return next.problem;
   mFile = std::move(*next.value);
   mFile->SetIsRead();
-  // What the old place refused goes to the new one.
-  WritePending();
-  return mProblem;
+  mPending.clear();
+  SetProblem(std::nullopt);
+  return std::nullopt;
 }
 
 void ProjectStorage::Close() {

@@ -112,6 +112,47 @@ TEST_F(StorageProblem, AFileThatWasDeletedIsPutBackWithTheNextChange) {
   EXPECT_EQ(Reopen(), Lines{"10-20 ab"});
 }
 
+TEST_F(StorageProblem, AFileThatCannotBePutBackYetIsKeptAndPutBackByALaterChange) {
+  Type("ab");
+  const std::filesystem::path log = path.string() + "-wal";
+  for (const char* suffix : {"", "-wal", "-shm"})
+    std::filesystem::remove(path.string() + suffix);
+  std::filesystem::create_directories(log / "in the way");
+  Type("abc");
+  project->EditCaptions(stream, {Adding(State(30, 40, "n"))}, u"Edit");
+  EXPECT_TRUE(project->Undo());
+  EXPECT_TRUE(project->Redo());
+  ASSERT_EQ(said.size(), 1U);
+  EXPECT_THAT(said[0], HasSubstr("p.captivo"));
+  EXPECT_TRUE(project->GetStorageProblem());
+  EXPECT_EQ(Contents(stream), (Lines{"10-20 abc", "30-40 n"}));
+  std::filesystem::remove_all(log);
+  Type("abcd");
+  EXPECT_EQ(said.back(), "over");
+  EXPECT_EQ(Reopen(), (Lines{"10-20 abcd", "30-40 n"}));
+}
+
+TEST_F(StorageProblem, AFileThatCannotBePutBackCanBeSavedElsewhere) {
+  Type("ab");
+  for (const char* suffix : {"", "-wal", "-shm"})
+    std::filesystem::remove(path.string() + suffix);
+  std::filesystem::create_directories(path.string() + "-wal/in the way");
+  Type("abc");
+  path = folder / "elsewhere.captivo";
+  EXPECT_FALSE(project->SaveAs(path));
+  EXPECT_EQ(said.back(), "over");
+  EXPECT_EQ(project->GetPath(), path);
+  EXPECT_EQ(Reopen(), Lines{"10-20 abc"});
+}
+
+TEST_F(StorageProblem, AListenerThatThrowsStopsNoStep) {
+  project->SetStorageProblemListener([](const std::optional<BE::Problem>&) { throw std::runtime_error("not now"); });
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  EXPECT_NO_THROW(Type("ab"));
+  EXPECT_EQ(Contents(stream), Lines{"10-20 ab"});
+  EXPECT_EQ(project->GetUndoNames().size(), 2U);
+}
+
 TEST_F(StorageProblem, AnotherFileInItsPlaceIsLeftAlone) {
   std::filesystem::rename(path, home / "moved.captivo");
   std::filesystem::copy_file(home / "moved.captivo", path);
