@@ -6,13 +6,6 @@
 #include <unistd.h>
 
 #include "BE/Project.h"
-#include "Captions/contracts/Stations.h"
-
-// The project tells its listeners on this station that edits are to be committed. The library that has it needs half the
-// host, and nobody listens here.
-namespace HSL {
-const zebcore::utility::ImmutableString kStation_CaptionSelection("caption.selection");
-}
 
 namespace {
 

@@ -1,19 +1,12 @@
 #include "BE/OpenChangeObject.h"
 
 #include "BE/ProjectObject.h"
+#include "zebcore/Boundary.h"
 #include "zebcore/Localizer.h"
 
 namespace BE {
 
-namespace {
-
 using zebcaptioning::CaptionStatePtr;
-
-bool IsSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
-  return a == b || (a && b && *a == *b);
-}
-
-} // namespace
 
 OpenChangeObject::OpenChangeObject(const InterfaceRef<StreamObject>& stream)
     : mStream(stream), mProject(stream->GetProjectObject()) {
@@ -47,7 +40,7 @@ void OpenChangeObject::Add(const boost::intrusive_ptr<zebcaptioning::Caption>& c
 
 void OpenChangeObject::Take(const std::vector<CaptionDelta>& deltas, const UString& stepName,
                             const boost::intrusive_ptr<zebcaptioning::Caption>& made) {
-  if (deltas.empty() || mStream->IsRemoved())
+  if (deltas.empty() || mStream->IsGone())
     return;
   if (mProject)
     mProject->CommitOpenChangesOf(mStream.Get(), this);
@@ -108,12 +101,17 @@ void OpenChangeObject::Merge(const CaptionDelta& delta) {
 }
 
 std::optional<UString> OpenChangeObject::GetStepName() const {
-  const bool changes = std::any_of(mDeltas.begin(), mDeltas.end(),
-                                   [](const auto& entry) { return !IsSame(entry.second.before, entry.second.after); });
+  const bool changes = std::any_of(mDeltas.begin(), mDeltas.end(), [](const auto& entry) {
+    return !LooksSame(entry.second.before, entry.second.after);
+  });
   return changes ? std::optional<UString>(mName) : std::nullopt;
 }
 
 void OpenChangeObject::Commit() {
+  zebcore::boundary::Guard("BE::OpenChange::Commit", [this] { MakeStep(); });
+}
+
+void OpenChangeObject::MakeStep() {
   if (mStep == 0) {
     mDeltas.clear();
     return;
@@ -125,7 +123,7 @@ void OpenChangeObject::Commit() {
   step.deltas.emplace();
   std::vector<ICaptioningStream::CaptionKey> unchanged;
   for (const auto& [key, delta] : std::exchange(mDeltas, {})) {
-    if (IsSame(delta.before, delta.after))
+    if (LooksSame(delta.before, delta.after))
       unchanged.push_back(key);
     else
       step.deltas->push_back(delta);
@@ -152,6 +150,7 @@ void OpenChangeObject::Revert() {
   std::vector<CaptionDelta> deltas;
   for (const auto& [key, delta] : std::exchange(mDeltas, {}))
     deltas.push_back(delta);
+  mStream->RefreshMeasures(deltas, false);
   const CaptionReport report = mStream->Apply(deltas, false);
   if (mProject) {
     mProject->GetStorage().Write([step, stream = mStream->GetNumber(), deltas](ProjectFile& file) {

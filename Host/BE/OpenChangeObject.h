@@ -28,6 +28,7 @@ class OpenChangeObject : public OpenChange {
  private:
   void Take(const std::vector<CaptionDelta>& deltas, const UString& stepName,
             const boost::intrusive_ptr<zebcaptioning::Caption>& made);
+  void MakeStep();
   void TakeName(const UString& stepName);
   void Merge(const CaptionDelta& delta);
 

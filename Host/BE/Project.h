@@ -29,6 +29,12 @@ template <class T> struct Result {
   explicit operator bool() const { return value.has_value(); }
 };
 
+// The state with the measure of its text in the frame of the stream, which holds open captions. What draws captions
+// lies above this library, which asks this of it; until it is set, measures are taken as they come.
+using CaptionMeasurer = std::function<zebcaptioning::CaptionStatePtr(const CaptioningStream& stream,
+                                                                     const zebcaptioning::CaptionStatePtr& state)>;
+void SetCaptionMeasurer(CaptionMeasurer measurer);
+
 // What is known of a medium. width 0: no video. sampleRate 0: no audio.
 struct MediaInfo {
   int width = 0;

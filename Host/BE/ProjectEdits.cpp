@@ -20,7 +20,7 @@ void PutDeltas(ProjectFile& file, ObjectNumber stream, ObjectNumber step, const 
 
 InterfaceRef<StreamObject> ProjectObject::Own(const InterfaceRef<CaptioningStream>& stream) const {
   const InterfaceRef<StreamObject> object = stream.Query<StreamObject>();
-  return object && object->GetProjectObject() == this && !object->IsRemoved() ? object : nullptr;
+  return object && object->GetProjectObject() == this && !object->IsGone() ? object : nullptr;
 }
 
 std::optional<Problem> ProjectObject::FindStreamProblem(const InterfaceRef<ClipObject>& clip,
@@ -144,7 +144,7 @@ std::optional<Problem> ProjectObject::ChangeStreamFormat(const InterfaceRef<Capt
 
 InterfaceRef<CaptioningStream> ProjectObject::FindStream(const std::string& id) const {
   for (const auto& [number, stream] : mStreams) {
-    if (!stream->IsRemoved() && stream->GetID() == id)
+    if (!stream->IsGone() && stream->GetID() == id)
       return stream;
   }
   return nullptr;

@@ -3,16 +3,9 @@
 #include "BE/ProjectObject.h"
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
+#include "zebcore/Boundary.h"
 
 namespace BE {
-
-namespace {
-
-bool IsSame(const zebcaptioning::CaptionStatePtr& a, const zebcaptioning::CaptionStatePtr& b) {
-  return a == b || (a && b && *a == *b);
-}
-
-} // namespace
 
 // A change that was open when the process died is a step of its own, on top of all others, unless it came to nothing.
 void ProjectObject::LoadHistory(std::vector<StepRecord> steps) {
@@ -36,10 +29,10 @@ void ProjectObject::LoadHistory(std::vector<StepRecord> steps) {
       throw std::runtime_error("an open change cannot be read");
     std::vector<ICaptioningStream::CaptionKey> unchanged;
     for (const CaptionDelta& delta : *step.deltas) {
-      if (IsSame(delta.before, delta.after))
+      if (LooksSame(delta.before, delta.after))
         unchanged.push_back(delta.key);
     }
-    std::erase_if(*step.deltas, [](const CaptionDelta& delta) { return IsSame(delta.before, delta.after); });
+    std::erase_if(*step.deltas, [](const CaptionDelta& delta) { return LooksSame(delta.before, delta.after); });
     if (step.deltas->empty()) {
       mStorage.Write([number = step.number](ProjectFile& file) { file.EraseStep(number); });
       continue;
@@ -53,21 +46,26 @@ void ProjectObject::LoadHistory(std::vector<StepRecord> steps) {
 }
 
 void ProjectObject::PushStep(Step step, ProjectStorage::Operation storing) {
-  ForgetUndone();
+  ProjectStorage::Operation forgetting = ForgetUndone();
   Step header = step;
   header.deltas.reset();
   mDone.push_back(std::move(step));
-  mStorage.Write([header, storing = std::move(storing), position = mNextPosition++](ProjectFile& file) {
+  // One operation: whatever happens to the process, either the step is there or what it puts out of reach.
+  mStorage.Write([header, forgetting = std::move(forgetting), storing = std::move(storing),
+                  position = mNextPosition++](ProjectFile& file) {
+    if (forgetting)
+      forgetting(file);
     storing(file);
     file.PutStep(header, StepState::Done, position);
   });
   ReportHistory();
 }
 
-// With the streams that only those steps could have brought back.
-void ProjectObject::ForgetUndone() {
+// With the streams that only those steps could have brought back. Answers with what is to be written of that, if
+// anything.
+ProjectStorage::Operation ProjectObject::ForgetUndone() {
   if (mUndone.empty())
-    return;
+    return nullptr;
   std::vector<ObjectNumber> steps;
   std::vector<ObjectNumber> streams;
   for (const Step& step : std::exchange(mUndone, {})) {
@@ -82,12 +80,12 @@ void ProjectObject::ForgetUndone() {
       clip->DropStream(stream.Get());
     stream->Detach();
   }
-  mStorage.Write([steps, streams](ProjectFile& file) {
+  return [steps, streams](ProjectFile& file) {
     for (const ObjectNumber step : steps)
       file.EraseStep(step);
     for (const ObjectNumber stream : streams)
       file.EraseStream(stream);
-  });
+  };
 }
 
 bool ProjectObject::Prepare(Step& step) {
@@ -188,6 +186,8 @@ bool ProjectObject::Move(std::vector<Step>& from, std::vector<Step>& to, bool fo
     return false;
   Step step = std::move(from.back());
   from.pop_back();
+  if (step.kind == StepKind::EditCaptions)
+    mStreams[step.stream]->RefreshMeasures(*step.deltas, forward);
   const Report report = Perform(step, forward);
   Store(step, forward);
   to.push_back(std::move(step));
@@ -253,7 +253,7 @@ void ProjectObject::CommitOpenChangesOf(const StreamObject* stream, const OpenCh
 
 void ProjectObject::ReportHistory() const {
   if (mHistoryListener)
-    mHistoryListener();
+    zebcore::boundary::Guard("BE::Project history", mHistoryListener);
 }
 
 } // namespace BE

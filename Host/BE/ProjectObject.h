@@ -88,7 +88,7 @@ class ProjectObject : public Project {
   std::string MakeID(ObjectNumber number) const;
   void ReportBin() const;
 
-  // The project's own stream, not removed; null for any other.
+  // The project's own stream, neither removed nor of a removed clip; null for any other.
   InterfaceRef<StreamObject> Own(const InterfaceRef<CaptioningStream>& stream) const;
   std::optional<Problem> FindStreamProblem(const InterfaceRef<ClipObject>& clip, StreamFormat format) const;
   void PushEdit(const InterfaceRef<StreamObject>& stream, std::vector<CaptionDelta> deltas, const UString& stepName);
@@ -101,7 +101,7 @@ class ProjectObject : public Project {
   Report Perform(const Step& step, bool forward);
   void Store(const Step& step, bool forward);
   bool Move(std::vector<Step>& from, std::vector<Step>& to, bool forward);
-  void ForgetUndone();
+  ProjectStorage::Operation ForgetUndone();
 
   ProjectStorage mStorage;
   std::string mTag;

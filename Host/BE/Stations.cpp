@@ -6,3 +6,10 @@ const zebcore::utility::ImmutableString kBackendPreferencesChangedStationID("bac
 const zebcore::utility::ImmutableString kBackendProjectActivationStationID("backend.project.activation");
 
 } // namespace BE
+
+// Here, where all that commits open edits can reach it.
+namespace HSL {
+
+const zebcore::utility::ImmutableString kStation_CaptionSelection("caption.selection");
+
+} // namespace HSL

@@ -15,15 +15,34 @@ using zebcaptioning::CaptionStatePtr;
 constexpr int kDefaultFrameWidth = 1920;
 constexpr int kDefaultFrameHeight = 1080;
 
-// The style waiting at the caret is in no picture.
-bool LooksSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
-  if (!a || !b)
-    return a == b;
-  return a == b || (a->begin == b->begin && a->end == b->end && a->text == b->text && a->paragraph == b->paragraph &&
-                    a->runs == b->runs);
+CaptionMeasurer& TheMeasurer() {
+  static auto* const measurer = new CaptionMeasurer;
+  return *measurer;
+}
+
+bool HasMeasure(const CaptionState& state) {
+  return state.paragraph.lineWidth != zebcaptioning::ParagraphStyleAttributes::kLineWidth_Unknown;
+}
+
+// Whatever their times, the two take the same room.
+bool MeasuresSame(const CaptionState& a, const CaptionState& b) {
+  zebcaptioning::ParagraphStyleAttributes paragraph = a.paragraph;
+  paragraph.lineWidth = b.paragraph.lineWidth;
+  paragraph.blockHeight = b.paragraph.blockHeight;
+  return a.text == b.text && paragraph == b.paragraph && a.runs == b.runs;
 }
 
 } // namespace
+
+void SetCaptionMeasurer(CaptionMeasurer measurer) {
+  TheMeasurer() = std::move(measurer);
+}
+
+bool LooksSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
+  if (a == b || !a || !b)
+    return a == b;
+  return a->begin == b->begin && a->end == b->end && MeasuresSame(*a, *b);
+}
 
 CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight) {
   auto* measured = new CaptionState(state);
@@ -155,6 +174,10 @@ void StreamObject::WriteMeasures(const std::vector<Measure>& measures) {
   });
 }
 
+bool StreamObject::IsGone() const {
+  return IsRemoved() || (mClip && mClip->IsRemoved());
+}
+
 void StreamObject::SetFormat(StreamFormat format) {
   mRecord.description.format = format;
   RenewGuid();
@@ -254,6 +277,29 @@ std::vector<CaptionDelta> StreamObject::MakeFormatDeltas(StreamFormat format) co
   return deltas;
 }
 
+void StreamObject::RefreshMeasures(std::vector<CaptionDelta>& deltas, bool forward) const {
+  if (!zebcaptioning::IsOpenCaptions(GetStreamFormat()))
+    return;
+  // The first caption stands for all of them.
+  const Entry* first = mCaptions.At(0);
+  const bool isMeasured = first && first->caption->HasLineWidth();
+  for (CaptionDelta& delta : deltas) {
+    CaptionStatePtr& next = forward ? delta.after : delta.before;
+    if (!next)
+      continue;
+    const CaptionPtr held = GetCaption(delta.key);
+    const bool isHeldMeasured = held && held->HasLineWidth();
+    if (!isMeasured && !isHeldMeasured && !HasMeasure(*next))
+      continue;
+    if (isHeldMeasured && MeasuresSame(*held->GetState(), *next)) {
+      const auto& paragraph = held->GetState()->paragraph;
+      next = WithMeasure(*next, paragraph.lineWidth, paragraph.blockHeight);
+    } else if (TheMeasurer()) {
+      next = TheMeasurer()(*this, next);
+    }
+  }
+}
+
 CaptionReport StreamObject::Apply(const std::vector<CaptionDelta>& deltas, bool forward, const CaptionPtr& made) {
   struct Shown {
     CaptionPtr caption;
@@ -297,7 +343,30 @@ CaptionReport StreamObject::Apply(const std::vector<CaptionDelta>& deltas, bool 
     if (isChanged)
       report.changed.captions.emplace_back(Self(), now);
   }
+  ReportHidden(deltas, forward, report);
   return report;
+}
+
+// A caption that changed under a newer one with its begin time shows nowhere, yet whoever holds it has to hear of it.
+// What shows at that begin comes before it.
+void StreamObject::ReportHidden(const std::vector<CaptionDelta>& deltas, bool forward, CaptionReport& report) const {
+  bool anyHidden = false;
+  for (const CaptionDelta& delta : deltas) {
+    const CaptionStatePtr& was = forward ? delta.before : delta.after;
+    const CaptionStatePtr& is = forward ? delta.after : delta.before;
+    if (!was || !is || *was == *is)
+      continue;
+    const CaptionPtr caption = GetCaption(delta.key);
+    if (caption && FindByBegin(is->begin) != caption) {
+      report.changed.captions.emplace_back(Self(), caption);
+      anyHidden = true;
+    }
+  }
+  const auto beginsBefore = [](const auto& a, const auto& b) {
+    return a.second->GetBeginTime() < b.second->GetBeginTime();
+  };
+  if (anyHidden)
+    std::stable_sort(report.changed.captions.begin(), report.changed.captions.end(), beginsBefore);
 }
 
 InterfaceRef<ICaptioningStream> StreamObject::Self() const {

@@ -22,6 +22,10 @@ struct CaptionReport {
   CaptionsChangedMessage changed;
 };
 
+// Alike in all that is seen of a caption and in all that the history keeps. The style waiting at the caret and the
+// measures are in no picture and come and go without a step.
+bool LooksSame(const zebcaptioning::CaptionStatePtr& a, const zebcaptioning::CaptionStatePtr& b);
+
 // The state with other measures.
 zebcaptioning::CaptionStatePtr WithMeasure(const zebcaptioning::CaptionState& state, int lineWidth, int blockHeight);
 
@@ -60,6 +64,8 @@ class StreamObject : public CaptioningStream {
   const StreamRecord& GetRecord() const { return mRecord; }
   ObjectNumber GetNumber() const { return mRecord.number; }
   bool IsRemoved() const { return mRecord.removed; }
+  // Removed, itself or with its clip: nobody sees it, and nothing is to happen to it.
+  bool IsGone() const;
   void SetRemoved(bool removed) { mRecord.removed = removed; }
   void SetFormat(StreamFormat format);
   void Detach();
@@ -77,6 +83,9 @@ class StreamObject : public CaptioningStream {
   std::vector<CaptionDelta> MakeShiftDeltas(TickTime from, TickTime to, TickTime offset) const;
   // What the captions lose or change when the stream takes another format.
   std::vector<CaptionDelta> MakeFormatDeltas(StreamFormat format) const;
+  // Gives the states that the captions are about to take (after or, backwards, before) the measures of their texts:
+  // what was measured since the deltas were made is not in them. A stream that was never measured is left so.
+  void RefreshMeasures(std::vector<CaptionDelta>& deltas, bool forward) const;
   // Puts every caption of the deltas into its state after (or, backwards, before) and tells what that has to report.
   // made: the object that a new caption's key takes.
   CaptionReport Apply(const std::vector<CaptionDelta>& deltas, bool forward, const CaptionPtr& made = {});
@@ -92,6 +101,7 @@ class StreamObject : public CaptioningStream {
   void Put(const CaptionKey& key, std::uint64_t age, const zebcaptioning::CaptionStatePtr& state,
            const CaptionPtr& made = {});
   void Take(const CaptionKey& key);
+  void ReportHidden(const std::vector<CaptionDelta>& deltas, bool forward, CaptionReport& report) const;
   InterfaceRef<ICaptioningStream> Self() const;
   bool IsStandardAspect() const;
 

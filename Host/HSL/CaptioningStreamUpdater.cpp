@@ -3,14 +3,12 @@
 #include <set>
 
 #include "BE/Project.h"
-#include "Captions/contracts/Stations.h"
 #include "HSL/CaptioningStreamUpdaterSteps.h"
 #include "HSL/OpenTextMeasure.h"
+#include "zebcore/Boundary.h"
 #include "zebcore/Trace.h"
 
 namespace HSL {
-
-const zebcore::utility::ImmutableString kStation_CaptionSelection("caption.selection");
 
 namespace {
 
@@ -55,10 +53,12 @@ struct CaptioningStreamUpdater::Impl {
     return change;
   }
 
-  // Commits what is open, and lets go of it.
+  // Commits what is open, and lets go of it. Throws nothing: it happens in the panel's destructors too.
   void Close() {
-    if (const std::shared_ptr<BE::OpenChange> closed = std::exchange(change, nullptr))
-      closed->Commit();
+    zebcore::boundary::Guard("HSL::CaptioningStreamUpdater, committing", [this] {
+      if (const std::shared_ptr<BE::OpenChange> closed = std::exchange(change, nullptr))
+        closed->Commit();
+    });
   }
 
   // A delta for each time that names a caption, whose state after comes from the given function.
@@ -88,8 +88,10 @@ CaptioningStreamUpdater::CaptioningStreamUpdater(const StreamRef& stream) : mImp
 }
 
 CaptioningStreamUpdater::~CaptioningStreamUpdater() {
-  if (IsOn())
-    mImpl->Record("~CaptioningStreamUpdater");
+  zebcore::boundary::Guard("HSL::CaptioningStreamUpdater::~CaptioningStreamUpdater", [this] {
+    if (IsOn())
+      mImpl->Record("~CaptioningStreamUpdater");
+  });
   mImpl->Close();
 }
 

@@ -45,16 +45,23 @@ void GetGrid(const BE::CaptioningStream& stream, const TickTime& time, int& colu
   settings.GetRegionBaseDimensions(columns, rows);
 }
 
-CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const CaptionStatePtr& before,
-                                 const CaptionStatePtr& after) {
-  if (after == before || !zebcaptioning::IsOpenCaptions(stream.GetStreamFormat()))
-    return after;
-  const OpenTextMeasure measure = MeasureIn(stream, *after);
-  auto* measured = new CaptionState(*after);
+CaptionStatePtr Measured(const BE::CaptioningStream& stream, const CaptionStatePtr& state) {
+  const OpenTextMeasure measure = MeasureIn(stream, *state);
+  auto* measured = new CaptionState(*state);
   measured->paragraph.lineWidth = measure.lineWidth;
   measured->paragraph.blockHeight = measure.blockHeight;
   return measured;
 }
+
+CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const CaptionStatePtr& before,
+                                 const CaptionStatePtr& after) {
+  if (after == before || !zebcaptioning::IsOpenCaptions(stream.GetStreamFormat()))
+    return after;
+  return Measured(stream, after);
+}
+
+// Undo and redo measure what they bring back.
+[[maybe_unused]] const bool kIsMeasurerSet = (BE::SetCaptionMeasurer(&Measured), true);
 
 } // namespace
 

@@ -79,6 +79,36 @@ TEST_F(History, AChangeThatCameToNothingLeavesWhatCanBeRedone) {
   EXPECT_THAT(Contents(stream), ElementsAre("30-40 b"));
 }
 
+TEST_F(History, TheStyleOfWhatIsTypedNextIsNoStepAndLeavesWhatCanBeRedone) {
+  project->EditCaptions(stream, {Turning(stream, 10, nullptr)}, u"Edit");
+  project->Undo();
+  auto* bold = new CaptionState(*stream->FindByBegin(TickTime(30))->GetState());
+  zebcaptioning::TextSpanAttributes attributes;
+  attributes.bold = true;
+  bold->typing = zebcaptioning::Share(attributes);
+  bold->typingAt = 1;
+  const auto change = stream->BeginChange();
+  change->Apply({Turning(stream, 30, bold)}, u"Bold");
+  EXPECT_EQ(project->GetOpenChangeName(), std::nullopt);
+  change->Commit();
+  EXPECT_THAT(UndoNames(), ElementsAre("New stream"));
+  EXPECT_TRUE(stream->FindByBegin(TickTime(30))->GetState()->typing);
+  EXPECT_TRUE(project->Redo());
+  EXPECT_THAT(Contents(stream), ElementsAre("30-40 b"));
+}
+
+TEST_F(History, AMeasureAloneIsNoStepAndLeavesWhatCanBeRedone) {
+  project->EditCaptions(stream, {Turning(stream, 10, nullptr)}, u"Edit");
+  project->Undo();
+  auto* measured = new CaptionState(*stream->FindByBegin(TickTime(30))->GetState());
+  measured->paragraph.lineWidth = 80;
+  const auto change = stream->BeginChange();
+  change->Apply({Turning(stream, 30, measured)}, u"Type");
+  change->Commit();
+  EXPECT_THAT(UndoNames(), ElementsAre("New stream"));
+  EXPECT_TRUE(project->CanRedo());
+}
+
 TEST_F(History, RevertPutsTheStreamBackAndReportsIt) {
   MessageLog log(stream);
   const auto change = stream->BeginChange();
@@ -199,6 +229,33 @@ TEST_F(History, RemovingAClipCanBeUndoneWithItsStreams) {
   project->Undo();
   ASSERT_EQ(project->GetClips().size(), 1U);
   EXPECT_TRUE(project->GetClips()[0]->GetStreams().at(0) == stream);
+}
+
+TEST_F(History, StreamsOfARemovedClipCannotBeFoundAndTakeNoSteps) {
+  const auto change = stream->BeginChange();
+  project->RemoveClip(clip);
+  EXPECT_FALSE(project->FindStream(stream->GetID()));
+  change->Apply({Adding(State(1, 2, "n"))}, u"Add caption");
+  change->Commit();
+  project->EditCaptions(stream, {Adding(State(3, 4, "n"))}, u"Edit");
+  project->ShiftCaptions(stream, TickTime(0), TickTime(99), TickTime(1), u"Shift");
+  project->RemoveStream(stream, u"Delete stream");
+  EXPECT_TRUE(project->ChangeStreamFormat(stream, kCC2, u"Change format"));
+  EXPECT_THAT(UndoNames(), ElementsAre("Remove clip", "New stream"));
+  EXPECT_TRUE(project->Undo());
+  EXPECT_TRUE(project->FindStream(stream->GetID()) == stream);
+  EXPECT_THAT(Contents(stream), ElementsAre("10-20 a", "30-40 b"));
+}
+
+TEST_F(History, AListenerThatThrowsStopsNoStepAndNoChangeFromGoingAway) {
+  project->SetHistoryListener([] { throw std::runtime_error("not now"); });
+  EXPECT_NO_THROW(project->EditCaptions(stream, {Turning(stream, 10, nullptr)}, u"Edit"));
+  const auto change = stream->BeginChange();
+  EXPECT_NO_THROW(change->Apply({Turning(stream, 30, State(30, 40, "x"))}, u"Type"));
+  EXPECT_NO_THROW(change->Commit());
+  EXPECT_NO_THROW(project->Undo());
+  stream->BeginChange()->Apply({Turning(stream, 30, State(30, 40, "y"))}, u"Type");
+  EXPECT_THAT(UndoNames(), ElementsAre("Type", "Edit", "New stream"));
 }
 
 TEST_F(History, TheListenerHearsOfEveryChangeOfTheHistory) {

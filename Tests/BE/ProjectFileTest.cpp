@@ -289,6 +289,62 @@ TEST_F(ProjectFile, ThatCannotBeSavedElsewhereStaysWhereItIs) {
   EXPECT_FALSE(project->GetStorageProblem());
 }
 
+// Makes the file refuse, from the inside, every step of that name.
+void RefuseSteps(const std::filesystem::path& path, const std::string& name) {
+  SQLite::Database(path.string(), SQLite::OPEN_READWRITE)
+      .exec("CREATE INDEX refusing ON steps(CASE name WHEN '" + name +
+            "' THEN abs(-9223372036854775807 - 1) ELSE 0 END)");
+}
+
+TEST_F(ProjectFile, ThatRefusesAStepKeepsWhatThatStepWouldForget) {
+  Prepare();
+  RefuseSteps(path, "Refused");
+  const auto project = Open(path);
+  project->Undo();
+  project->EditCaptions(FirstStream(project), {Adding(State(90, 99, "n"))}, u"Refused");
+  ASSERT_TRUE(project->GetStorageProblem());
+  EXPECT_TRUE(project->GetRedoNames().empty());
+  SQLite::Database file(path.string());
+  EXPECT_EQ(file.execAndGet("SELECT count(*) FROM steps WHERE name='Edit' AND state=1").getInt(), 1);
+  EXPECT_EQ(file.execAndGet("SELECT count(*) FROM deltas").getInt(), 1);
+}
+
+TEST_F(ProjectFile, SavedWhereWhatWaitsIsRefusedStaysWhereItIs) {
+  Prepare();
+  RefuseSteps(path, "Refused");
+  setenv("XDG_DATA_HOME", folder.GetPath().c_str(), 1);
+  const auto project = Open(path);
+  project->EditCaptions(FirstStream(project), {Adding(State(90, 99, "n"))}, u"Refused");
+  ASSERT_TRUE(project->GetStorageProblem());
+  const auto other = folder / "other.captivo";
+  WriteBytes(other, "what was there before");
+  const auto problem = project->SaveAs(other);
+  ASSERT_TRUE(problem);
+  EXPECT_THAT(problem->text, HasSubstr("other.captivo"));
+  EXPECT_EQ(project->GetPath(), path);
+  EXPECT_EQ(project->GetName(), u"p");
+  EXPECT_TRUE(project->GetStorageProblem());
+  EXPECT_EQ(std::filesystem::file_size(other), 21U);
+  for (const auto& entry : std::filesystem::directory_iterator(folder.GetPath()))
+    EXPECT_EQ(entry.path().string().find(".new"), std::string::npos) << entry.path();
+  EXPECT_THAT(BE::Project::Open(path).problem.text, HasSubstr("open already"));
+  EXPECT_EQ(Contents(FirstStream(project)).size(), 3U);
+}
+
+TEST_F(ProjectFile, ThatIsClosedLiesWholeInOneFileEvenWhileAnotherReadsIt) {
+  Prepare();
+  const auto project = Open(path);
+  SQLite::Database reader(path.string(), SQLite::OPEN_READWRITE);
+  EXPECT_EQ(reader.execAndGet("SELECT count(*) FROM captions").getInt(), 2);
+  project->EditCaptions(FirstStream(project), {Adding(State(90, 99, "n"))}, u"Edit");
+  project->Close();
+  std::error_code error;
+  const auto log = path.string() + "-wal";
+  EXPECT_TRUE(!std::filesystem::exists(log) || std::filesystem::file_size(log) == 0U);
+  std::filesystem::copy_file(path, folder / "copy.captivo");
+  EXPECT_EQ(Contents(FirstStream(Open(folder / "copy.captivo"))).size(), 3U);
+}
+
 TEST_F(ProjectFile, SavedUnderItsOwnNameStaysOpen) {
   Prepare();
   const auto project = Open(path);

@@ -60,7 +60,7 @@ TEST_F(StreamMessages, TakingAwayTheNewerOfTwoShowsTheOlderAgain) {
   EXPECT_EQ(stream->FindByBegin(TickTime(30))->GetState()->text, u"b");
 }
 
-TEST_F(StreamMessages, AChangeUnderANewerCaptionIsNotReportedButRenewsTheGuid) {
+TEST_F(StreamMessages, AChangeUnderANewerCaptionIsReportedAndRenewsTheGuid) {
   const auto older = *stream->FindKeyByBegin(TickTime(30));
   Edit({Adding(State(30, 35, "over"))});
   log.Take();
@@ -69,8 +69,44 @@ TEST_F(StreamMessages, AChangeUnderANewerCaptionIsNotReportedButRenewsTheGuid) {
   delta.key = older;
   delta.after = State(30, 90, "b");
   Edit({delta});
-  EXPECT_THAT(log.Take(), IsEmpty());
+  EXPECT_THAT(log.Take(), ElementsAre("changed 30"));
   EXPECT_NE(stream->GetGuid(), guid);
+}
+
+TEST_F(StreamMessages, ACaptionMovedUnderANewerOneIsChangedThereAndRemovedWhereItWas) {
+  struct Ear : zebcore::messaging::Listener {
+    void HandleMessage(const zebcore::messaging::Message& message) override {
+      if (const auto* changed = MessageCast<BE::CaptionsChangedMessage>(message)) {
+        for (const auto& [stream, caption] : changed->captions)
+          captions.push_back(caption);
+      }
+    }
+    std::vector<boost::intrusive_ptr<zebcaptioning::Caption>> captions;
+  } ear;
+  zebcore::messaging::AddListener(stream->GetStationID(), &ear);
+  const auto moved = stream->FindByBegin(TickTime(10));
+  Edit({Turning(stream, 10, State(30, 40, "a")), Turning(stream, 50, State(50, 70, "c"))});
+  EXPECT_THAT(log.Take(), ElementsAre("removed 10", "changed 30 50"));
+  EXPECT_EQ(stream->FindByBegin(TickTime(30))->GetState()->text, u"b");
+  ASSERT_EQ(ear.captions.size(), 2U);
+  EXPECT_EQ(ear.captions[0], moved);
+  project->Undo();
+  EXPECT_THAT(log.Take(), ElementsAre("added 10", "changed 50"));
+}
+
+TEST_F(StreamMessages, OfTwoChangedCaptionsWithOneBeginTheOneThatShowsComesFirst) {
+  struct Ear : zebcore::messaging::Listener {
+    void HandleMessage(const zebcore::messaging::Message& message) override {
+      if (const auto* changed = MessageCast<BE::CaptionsChangedMessage>(message)) {
+        for (const auto& [stream, caption] : changed->captions)
+          texts.push_back(zebcore::ToUTF8(caption->GetState()->text));
+      }
+    }
+    Lines texts;
+  } ear;
+  zebcore::messaging::AddListener(stream->GetStationID(), &ear);
+  Edit({Turning(stream, 10, State(30, 40, "older")), Turning(stream, 30, State(30, 40, "newer"))});
+  EXPECT_THAT(ear.texts, ElementsAre("newer", "older"));
 }
 
 TEST_F(StreamMessages, TwoCaptionsThatChangePlacesAreRemovedAndChanged) {

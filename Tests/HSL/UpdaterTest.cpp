@@ -291,6 +291,71 @@ TEST_F(Updater, AnOpenCaptionsMeasureFollowsItsText) {
   EXPECT_GT(open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth, narrow);
 }
 
+TEST_F(Updater, AnOpenCaptionsMeasureIsThatOfItsTextAfterUndoAndRedo) {
+  const auto open =
+      AddStream(project, clip, {State(10, 20, "i"), State(30, 40, "two")}, zebcaptioning::GetStreamFormat("open", 1));
+  const auto width = [&open] { return open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth; };
+  // Done before anything was measured.
+  project->EditCaptions(open, {Turning(open, 10, State(10, 20, "a much longer line"))}, u"Edit");
+  CaptioningStreamUpdater updater(open);
+  updater.UpdateTextWidthAndPositioning(false);
+  const int wide = width();
+  project->Undo();
+  const int narrow = width();
+  EXPECT_GT(narrow, 0);
+  EXPECT_LT(narrow, wide);
+  updater.UpdateTextWidthAndPositioning(true);
+  EXPECT_EQ(width(), narrow);
+  project->Redo();
+  EXPECT_EQ(width(), wide);
+  // Done while another measure stood.
+  open->WriteMeasures({{*open->FindKeyByBegin(TickTime(10)), 5, 6}});
+  Type(updater, 10, u"a much longer line", u"i");
+  updater.CommitChangesUndoable(true);
+  EXPECT_EQ(width(), narrow);
+  project->Undo();
+  EXPECT_EQ(width(), wide);
+  project->Redo();
+  EXPECT_EQ(width(), narrow);
+  // Taken away before it was measured.
+  project->EditCaptions(open, {Adding(State(50, 60, "n"))}, u"Edit");
+  project->EditCaptions(open, {Turning(open, 50, nullptr)}, u"Edit");
+  project->Undo();
+  EXPECT_GT(open->FindByBegin(TickTime(50))->GetState()->paragraph.lineWidth, 0);
+}
+
+TEST_F(Updater, AnOpenCaptionsMeasureIsThatOfItsTextAfterARevert) {
+  const auto open = AddStream(project, clip, {State(10, 20, "i")}, zebcaptioning::GetStreamFormat("open", 1));
+  CaptioningStreamUpdater updater(open);
+  updater.UpdateTextWidthAndPositioning(true);
+  const int narrow = open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth;
+  Type(updater, 10, u"i", u"a much longer line");
+  CaptioningStreamUpdater(open).UpdateTextWidthAndPositioning(true);
+  open->WriteMeasures({{*open->FindKeyByBegin(TickTime(10)), 7777, 6}});
+  updater.RevertChanges();
+  EXPECT_EQ(open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth, narrow);
+}
+
+TEST_F(Updater, UndoMeasuresNothingInAStreamThatWasNeverMeasured) {
+  const auto open =
+      AddStream(project, clip, {State(10, 20, "i"), State(30, 40, "two")}, zebcaptioning::GetStreamFormat("open", 1));
+  project->EditCaptions(open, {Turning(open, 10, State(10, 20, "ii"))}, u"Edit");
+  project->Undo();
+  EXPECT_FALSE(open->FindByBegin(TickTime(10))->HasLineWidth());
+}
+
+TEST_F(Updater, ItsEndThrowsNothingWhenAListenerOfTheHistoryThrows) {
+  {
+    CaptioningStreamUpdater updater(stream);
+    Type(updater, 10, u"one", u"x");
+    project->SetHistoryListener([] { throw std::runtime_error("not now"); });
+    EXPECT_NO_THROW(updater.CommitChangesUndoable(true));
+    Type(updater, 10, u"x", u"xy");
+  }
+  EXPECT_EQ(Steps(), 2U);
+  EXPECT_THAT(Contents(stream), ElementsAre("10-20 xy", "30-40 two"));
+}
+
 TEST_F(Updater, WritesDownItsCallsWhileTheTraceIsOn) {
   zebcore::trace::SetOn(true);
   zebcore::trace::Take();
