@@ -1,6 +1,7 @@
 #include "App/window/DockFrame.h"
 
 #include <QCloseEvent>
+#include <QLabel>
 
 #include "App/window/Labels.h"
 #include "UIF/TabView.h"
@@ -8,9 +9,14 @@
 namespace App {
 
 DockFrame::DockFrame(const UIF::UString& tabID, QWidget* parent)
-    : QDockWidget(parent), mTabID(tabID), mContainer(new QWidget(this)) {
+    : QDockWidget(parent), mTabID(tabID), mContainer(new QWidget(this)), mHint(new QLabel(this)) {
   setObjectName(ToQString(tabID));
   setWidget(mContainer);
+  mHint->setObjectName(QStringLiteral("hint"));
+  mHint->setAttribute(Qt::WA_TransparentForMouseEvents);
+  mHint->setWordWrap(true);
+  mHint->setAlignment(Qt::AlignCenter);
+  mHint->hide();
 }
 
 DockFrame::~DockFrame() = default;
@@ -42,6 +48,18 @@ bool DockFrame::IsFrontMost() const {
 void DockFrame::StackedDimensionsChanged() {
   if (const UIF::TabView* view = UIF::Workspace::Instance()->FindTabView(mTabID))
     mContainer->setMinimumHeight(view->GetIsStacked() ? view->GetStackedDimensionHeightMin() : 0);
+}
+
+void DockFrame::SetHint(const QString& text) {
+  mHint->setText(text);
+  mHint->setVisible(!text.isEmpty());
+  mHint->raise();
+}
+
+void DockFrame::resizeEvent(QResizeEvent* event) {
+  constexpr int kMargin = 40;
+  QDockWidget::resizeEvent(event);
+  mHint->setGeometry(rect().adjusted(kMargin, height() / 4, -kMargin, -height() / 4));
 }
 
 // The panel hides, and the user's edits with it; it is there as it was when the dock is opened again.

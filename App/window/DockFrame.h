@@ -4,6 +4,8 @@
 
 #include "UIF/Workspace.h"
 
+class QLabel;
+
 namespace App {
 
 // A dock of the main window that holds one panel of the host's.
@@ -19,13 +21,17 @@ class DockFrame : public QDockWidget, public UIF::WorkspaceFrame {
   void BringToFront() override;
   bool IsFrontMost() const override;
   void StackedDimensionsChanged() override;
+  // Stands in the middle of a panel that has nothing to show; empty for none. Clicks go through it.
+  void SetHint(const QString& text);
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
   UIF::UString mTabID;
   QWidget* mContainer;
+  QLabel* mHint;
 };
 
 } // namespace App

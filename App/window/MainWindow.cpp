@@ -38,6 +38,7 @@ constexpr int kBinWidth = 330;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";
+constexpr const char* kSetting_SelectedStream = "window.stream";
 
 bool IsUndoOrRedo(const QKeyEvent& event) {
   return event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo) ||
@@ -94,6 +95,7 @@ UIF::WorkspaceFrame* MainWindow::MakeFrame(const zebcore::UString& tabID) {
   auto* frame = new DockFrame(tabID, this);
   addDockWidget(Qt::RightDockWidgetArea, frame);
   mFrames[tabID] = frame;
+  UpdateHint();
   return frame;
 }
 
@@ -111,6 +113,21 @@ void MainWindow::OpenPanel() {
 
 bool MainWindow::IsPanelShown() const {
   return std::any_of(mFrames.begin(), mFrames.end(), [](const auto& frame) { return frame.second->IsShown(); });
+}
+
+void MainWindow::UpdateHint() {
+  const Stream stream = mStreamOnShow->Get();
+  QString hint;
+  if (!Session::Instance().GetSelectedClip())
+    hint = Label("$$$/Vidra/Captivo/Hint/NoClip=The captions of the clip that you select in the project appear here.");
+  else if (!stream)
+    hint = Label("$$$/Vidra/Captivo/Hint/NoStream=This clip has no captions yet. Import a caption file, or begin an "
+                 "empty stream in the Captions menu.");
+  else if (stream->GetCaptionCount() == 0)
+    hint = Label("$$$/Vidra/Captivo/Hint/NoCaption=There are no captions in this stream yet. The + button adds the "
+                 "first one.");
+  for (const auto& [tabID, frame] : mFrames)
+    frame->SetHint(hint);
 }
 
 // Whoever types there types into a stream that is not there any more.
@@ -132,7 +149,7 @@ void MainWindow::RestoreLayout(bool asLeft) {
     QList<int> widths{kBinWidth};
     for (const auto& [tabID, frame] : mFrames) {
       docks.push_back(frame);
-      widths.push_back(width() - kBinWidth);
+      widths.push_back(std::max(1, width() - kBinWidth));
     }
     resizeDocks(docks, widths, Qt::Horizontal);
   });
@@ -194,7 +211,11 @@ void MainWindow::ShowProject() {
   if (!clip)
     return;
   mBin->SetCurrentClip(clip);
-  Session::Instance().SelectClip(clip);
+  Session& session = Session::Instance();
+  session.SelectClip(clip);
+  if (const Stream stream = project->FindStream(project->GetSetting(kSetting_SelectedStream, {}));
+      stream && stream->GetMasterClip() == clip && stream != mStreamOnShow->Get())
+    session.SelectStream(stream);
   UpdateMenus();
 }
 
@@ -226,6 +247,8 @@ void MainWindow::SelectClip(const Clip& clip, const Stream& stream) {
   }
   if (stream && stream != mStreamOnShow->Get())
     session.SelectStream(stream);
+  if (stream)
+    session.GetProject()->SetSetting(kSetting_SelectedStream, stream->GetID());
   UpdateMenus();
 }
 

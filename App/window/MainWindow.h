@@ -68,6 +68,8 @@ class MainWindow : public QMainWindow {
   UIF::WorkspaceFrame* MakeFrame(const zebcore::UString& tabID);
   void UpdateTitle();
   void UpdateMenus();
+  // What to do where the panel has nothing to show.
+  void UpdateHint();
   void ShowStorageProblem(const std::optional<Problem>& problem);
   void DetachProject();
 

@@ -172,7 +172,7 @@ void MainWindow::ImportCaptions(const Clip& clip, const fs::path& path, zebcapti
   const std::string name = path.filename().string();
   const std::string count = std::to_string(report.stream->GetCaptionCount());
   ShowClip(clip);
-  Session::Instance().SelectStream(report.stream);
+  SelectClip(clip, report.stream);
   Notice(Label("$$$/Vidra/Captivo/Notice/Imported={1}: {2} captions imported ({3})", {name, count, report.encoding}));
   if (!report.problems.empty())
     ShowProblems(

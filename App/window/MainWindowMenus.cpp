@@ -341,6 +341,7 @@ void MainWindow::UpdateMenus() {
   mNewStreamMenu->setEnabled(writable && hasClip);
   mDuplicateMenu->setEnabled(writable && hasStream);
   mDeleteStream->setEnabled(writable && hasStream);
+  UpdateHint();
 }
 
 } // namespace App

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QDialog>
 #include <QDockWidget>
 #include <QImage>
 #include <QLabel>
