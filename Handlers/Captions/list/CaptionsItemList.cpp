@@ -28,7 +28,14 @@ bool CaptionsItemList::FindItem(const TickTime& time, boost::shared_ptr<Captions
 }
 
 bool CaptionsItemList::GetRowAtIndex(int index, boost::shared_ptr<CaptionsItem>& out) const {
-  return FindItem(GetTimeAtIndex(index), out);
+  const auto position = static_cast<unsigned>(index);
+  if (position >= mItems.size())
+    return FindItem(kTime_Min, out);
+  const CaptionsRow row = *mItems.nth(position);
+  if (row.item->GetBeginTime() != row.time)
+    return FindItem(row.item->GetBeginTime(), out);
+  out = row.item;
+  return true;
 }
 
 const TickTime& CaptionsItemList::GetTimeAtIndex(int index) const {
@@ -130,10 +137,11 @@ bool CaptionsItemList::SelectSingle(const TickTime& time) {
     return false;
   const std::size_t formerCount = mSelected.size();
   const TickTime formerTime = formerCount == 1 ? mSelected.begin()->item->GetBeginTime() : kTime_Zero;
-  mAnchorTime = row->time;
-  const CaptionsRow selected = *row;
+  const TickTime selected = row->time;
+  const boost::shared_ptr<CaptionsItem> item = row->item;
+  mAnchorTime = selected;
   mSelected.clear();
-  mSelected.insert(selected);
+  mSelected.insert(selected, item);
   mTextSelection = kTextRange_Whole;
   RebuildSelectedTimes();
   return formerCount != 1 || formerTime != mAnchorTime;
@@ -145,7 +153,7 @@ bool CaptionsItemList::ToggleSelection(const TickTime& time) {
     return false;
   bool changed = true;
   if (!IsSelected(row->time))
-    mSelected.insert(*row);
+    mSelected.insert(row->time, row->item);
   else if (mSelected.size() > 1)
     mSelected.erase(row->time);
   else
@@ -163,7 +171,7 @@ bool CaptionsItemList::ExtendSelection(const TickTime& time) {
   const TickTime high = std::max(mAnchorTime, time);
   mSelected.clear();
   for (auto row = mItems.find(low); row != mItems.end() && row->time <= high; ++row)
-    mSelected.insert(mSelected.end(), *row);
+    mSelected.insert(row->time, row->item);
   RebuildSelectedTimes();
   return true;
 }
@@ -191,7 +199,7 @@ bool CaptionsItemList::RestoreSelection(const std::vector<TickTime>& times) {
     if (row == mItems.end())
       complete = false;
     else
-      mSelected.insert(*row);
+      mSelected.insert(row->time, row->item);
   }
   if (!mSelected.empty() || !SelectSingle(fallback))
     RebuildSelectedTimes();

@@ -11,7 +11,7 @@ namespace Captivo {
 namespace {
 
 void File(CaptionsRowMap& rows, const TickTime& time, boost::shared_ptr<CaptionsItem> item) {
-  const auto [row, inserted] = rows.insert(CaptionsRow{time, item});
+  const auto [row, inserted] = rows.insert(time, item);
   if (!inserted)
     row->item.swap(item);
 }
