@@ -112,13 +112,18 @@ void ChooseLanguage(const std::string& asked) {
       return;
 }
 
-// Without a sample, or with one that cannot be opened, there is still a project to work in.
+// The panel counts on there being a project. One that stays empty leaves no file behind.
+std::optional<App::Problem> OpenNew() {
+  std::optional<App::Problem> problem = App::Session::Instance().NewProject();
+  if (problem)
+    App::Session::Instance().NewProjectInMemory();
+  return problem;
+}
+
 std::optional<App::Problem> OpenSomething() {
   std::optional<App::Problem> problem = App::OpenSampleProject();
-  if (!App::Session::Instance().GetProject()) {
-    if (const auto second = App::Session::Instance().NewProject())
-      App::Session::Instance().NewProjectInMemory();
-  }
+  if (!App::Session::Instance().GetProject())
+    OpenNew();
   return problem;
 }
 
@@ -141,7 +146,7 @@ class Program {
     if (!mOptions.picture.isEmpty())
       SayInsteadOfAsking();
 
-    const std::optional<App::Problem> problem = mOptions.files.empty() ? OpenSomething() : std::nullopt;
+    const std::optional<App::Problem> problem = mOptions.files.empty() ? OpenSomething() : OpenNew();
     MakeWindow();
     if (problem)
       mWindow->Notice(QString::fromStdString(problem->text));

@@ -75,8 +75,10 @@ Bin::Bin(QWidget* parent)
     : QWidget(parent), mPages(new QStackedWidget), mTree(new QTreeWidget), mRefreshSoon(new QTimer(this)) {
   mTree->setColumnCount(2);
   mTree->setHeaderLabels({Label("$$$/Vidra/Captivo/Bin/Name=Name"), Label("$$$/Vidra/Captivo/Bin/Details=Details")});
-  mTree->header()->setSectionResizeMode(kColumn_Name, QHeaderView::ResizeToContents);
-  mTree->header()->setStretchLastSection(true);
+  // A name may be long; there is a tip with all of it.
+  mTree->header()->setStretchLastSection(false);
+  mTree->header()->setSectionResizeMode(kColumn_Name, QHeaderView::Stretch);
+  mTree->header()->setSectionResizeMode(kColumn_Details, QHeaderView::ResizeToContents);
   mTree->header()->setMinimumSectionSize(kColumnWidth);
   mTree->setFrameShape(QFrame::NoFrame);
   mTree->setUniformRowHeights(true);
@@ -241,8 +243,8 @@ void Bin::MarkStreams() {
       QFont font = mTree->font();
       font.setBold(marked);
       const QString tip = marked ? Label("$$$/Vidra/Captivo/Bin/OnShow=Shown in the Captions panel") : QString();
-      for (const int column : {kColumn_Name, kColumn_Details})
-        item->setToolTip(column, tip);
+      item->setToolTip(kColumn_Name, marked ? tip : item->text(kColumn_Name));
+      item->setToolTip(kColumn_Details, tip);
       item->setFont(kColumn_Name, font);
       item->setData(kColumn_Name, Qt::AccessibleDescriptionRole, tip);
     }

@@ -34,7 +34,7 @@ namespace App {
 namespace {
 
 constexpr int kNoticeMilliseconds = 8000;
-constexpr int kBinWidth = 330;
+constexpr int kBinWidth = 360;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";

@@ -297,6 +297,15 @@ TEST_F(Program, RendersItsWindowIntoAPictureOfTheSizeAskedFor) {
   EXPECT_LT(image.pixelColor(500, 590).lightness(), 128);
 }
 
+TEST_F(Program, OpensAFileThatIsNamedOnItsCommandLineAndComplainsOfNothing) {
+  std::error_code error;
+  fs::copy_file(fs::path(CAPTIVO_SOURCE_DIR) / "Samples" / "harbour.srt", folder / "harbour.srt", error);
+  ASSERT_EQ(Run("--picture '" + (folder / "window.png").string() + "' '" CAPTIVO_SOURCE_DIR "/Samples/harbour.mp4' '" +
+                (folder / "harbour.srt").string() + "'"),
+            0);
+  EXPECT_EQ(ReadFile(folder / "err"), "");
+}
+
 TEST_F(Program, ExplainsItselfWithoutADisplay) {
   const std::string noDisplay =
       "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM '" CAPTIVO_BINARY_DIR "/captivo' ";
