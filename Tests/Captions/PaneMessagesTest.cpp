@@ -64,6 +64,7 @@ TEST_F(PaneMessages, AnAddedCaptionScrollsToTheTopAndTakesTheControlsOfTheRowTha
   OpenPanelOn(MakeCaptions(kTwelve), 600, 300);
   const double last = Begins()[static_cast<std::size_t>(Inspector::LastVisibleRow(Pane()))];
   ASSERT_TRUE(Row(last)->HasControls());
+  Click(3);
   ScrollOneRow();
   SendCaptions<BE::CaptionsAddedMessage>({MakeCaption(4, 4.5)});
   EXPECT_EQ(Inspector::ScrollPosition(View()), 0);
@@ -122,6 +123,7 @@ TEST_F(PaneMessages, ARemovedCaptionTakesItsRowAlong) {
 
 TEST_F(PaneMessages, ARemovedCaptionScrollsToTheTop) {
   OpenPanelOn(MakeCaptions(kTwelve), 600, 300);
+  Click(3);
   ScrollOneRow();
   BE::CaptionsRemovedMessage message;
   message.captions.emplace_back(stream, Seconds(23));

@@ -133,10 +133,15 @@ TEST_F(PanePreview, TheOverlayIsDrawnOnACopyOfThePicture) {
   const TickTime time = Seconds(2) - kFrame;
   const auto picture = MakePicture();
   const std::size_t size = static_cast<std::size_t>(picture->GetRowBytes()) * 64;
+  constexpr std::uint8_t kBlue[] = {255, 0, 0, 255}; // as stored
+  for (std::size_t i = 0; i < size; ++i)
+    picture->GetWritablePixels()[i] = kBlue[i % 4];
   const std::vector<std::uint8_t> before(picture->GetPixels(), picture->GetPixels() + size);
   CompleteRender(FindRequest(time), time, picture);
   EXPECT_EQ(CountPaintedPictures(), 1U);
   EXPECT_EQ(std::vector<std::uint8_t>(picture->GetPixels(), picture->GetPixels() + size), before);
+  constexpr PointT<int> kBesideTheText{5 + 4, 6 + 32};
+  EXPECT_EQ(PaintedColor(kBesideTheText), 0xFF0000FFU);
 }
 
 TEST_F(PanePreview, PicturesOfAClipOutliveItsStayOnShow) {

@@ -217,6 +217,19 @@ TEST_F(PaneReload, AChangedFormatOfAnotherStreamIsOfferedAndChangesNoRow) {
   EXPECT_EQ(SelectedBegins(), (Times{3}));
 }
 
+TEST_F(PaneReload, AStreamThatChangedUnderTheSameFormatsGivesWayToTheFirstThatTheClipOffers) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  const auto open = AddStream(clip, MakeCaptions({5}), kOpenTrack1);
+  Pane().SelectStreamFormat(Pane().FindAvailableFormat(kOpenTrack1));
+  ASSERT_EQ(Begins(), (Times{5}));
+  ASSERT_EQ(Inspector::Format(List()), kOpenTrack1);
+  BE::CaptioningStreamChangedMessage message;
+  message.stream = open;
+  Pane().HandleMessage(message);
+  EXPECT_EQ(Begins(), (Times{1, 3}));
+  EXPECT_EQ(Inspector::Format(List()), kCC1);
+}
+
 TEST_F(PaneReload, AFurtherStreamOfTheClipIsOfferedAtOnce) {
   OpenPanelOn(MakeCaptions({1, 3}));
   EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 1), -1);

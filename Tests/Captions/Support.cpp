@@ -251,6 +251,11 @@ InterfaceRef<BE::IVideoSegments> PanelTest::Video() {
   return clip->GetClip(BE::kMediaType_Video, 0).Query<BE::IVideoSegments>();
 }
 
+std::uint32_t PanelTest::PaintedColor(const PointT<int>& point) {
+  const RectT<int> bounds = Pane().GetBounds();
+  return frame->container.grab().toImage().pixel(bounds.x + point.x, bounds.y + point.y);
+}
+
 std::vector<std::string> PanelTest::TakeCalls(const std::string& start) {
   std::vector<std::string> names;
   for (const auto& call : zebcore::trace::Take()) {

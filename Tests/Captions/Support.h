@@ -159,6 +159,8 @@ class PanelTest : public testing::Test {
   void FocusText(double begin);
   // One pass over everything that is on show.
   void Paint();
+  // What is painted at a point of the pane, as 0xAARRGGBB.
+  std::uint32_t PaintedColor(const PointT<int>& point);
 
   // The report that the renderer's worker would send.
   void CompleteRender(std::uint32_t id, const TickTime& time, const InterfaceRef<MF::IVideoFrame>& picture);
