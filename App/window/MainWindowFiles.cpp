@@ -97,6 +97,9 @@ bool MainWindow::RunBusy(const std::function<void(const Progress&)>& work) {
   ProgressWindow window(this);
   mBusy = true;
   work(window.GetProgress());
+  // What panels make of it may take as long again, and is waited for under the same window.
+  if (window.IsShown())
+    QCoreApplication::processEvents();
   mBusy = false;
   return !window.WasStopped();
 }

@@ -26,6 +26,7 @@ class ProgressWindow {
 
   Progress GetProgress();
   bool WasStopped() const { return mStopped; }
+  bool IsShown() const { return mDialog != nullptr; }
 
  private:
   bool Report(double fraction, const std::string& what);
