@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -250,8 +251,13 @@ template <class Item, unsigned kLeafRows, unsigned kFanOut> class CountedRows {
       at += holds(at[half - 1]) ? half : 0;
     return static_cast<unsigned>(at - values.data()) + holds(*at);
   }
+  // Without branches: all of a leaf is on its way already, and which of its rows is meant cannot be guessed.
   static unsigned CountBefore(const Leaf& leaf, TickTime time) {
-    return CountLeading(leaf.times, [time](TickTime each) { return each < time; });
+    const TickTime* at = leaf.times.data();
+#pragma GCC unroll 8
+    for (unsigned half = kLeafRows / 2; half > 0; half /= 2)
+      at += (0U - static_cast<unsigned>(at[half - 1] < time)) & half;
+    return static_cast<unsigned>(at - leaf.times.data()) + (*at < time);
   }
   // The greatest time is the unused one too, hence the count.
   template <class Times> static unsigned CountUpTo(const Times& times, unsigned count, TickTime time) {
@@ -306,11 +312,21 @@ template <class Item, unsigned kLeafRows, unsigned kFanOut> class CountedRows {
     delete &inner;
   }
 
+  // To a place without an item, leaving one behind: unlike moving, it need not look for an item to let go.
+  static void Relocate(Item* from, Item* to) {
+    static_assert(std::is_nothrow_move_constructible_v<Item> && std::is_nothrow_default_constructible_v<Item>);
+    std::construct_at(to, std::move(*from));
+    std::destroy_at(from);
+  }
+
   static void Place(Leaf& leaf, unsigned at, TickTime time, Item&& item) {
     std::copy_backward(leaf.times.begin() + at, leaf.times.begin() + leaf.count, leaf.times.begin() + leaf.count + 1);
-    std::move_backward(leaf.items.begin() + at, leaf.items.begin() + leaf.count, leaf.items.begin() + leaf.count + 1);
+    Item* items = leaf.items.data();
+    std::destroy_at(items + leaf.count);
+    for (unsigned i = leaf.count; i > at; --i)
+      Relocate(items + i - 1, items + i);
     leaf.times[at] = time;
-    leaf.items[at] = std::move(item);
+    std::construct_at(items + at, std::move(item));
     ++leaf.count;
   }
   static void Place(Inner& inner, unsigned at, TickTime time, std::uint32_t rowsBefore, Node* child) {
@@ -341,8 +357,10 @@ template <class Item, unsigned kLeafRows, unsigned kFanOut> class CountedRows {
 
   static void CountAfter(const Path& path, unsigned level, std::uint32_t change) {
     Inner& inner = *path.nodes[level];
-    for (unsigned i = path.at[level] + 1; i < inner.count; ++i)
-      inner.rowsBefore[i] += change;
+    const unsigned count = inner.count;
+    std::uint32_t* rowsBefore = inner.rowsBefore.data();
+    for (unsigned i = path.at[level] + 1; i < count; ++i)
+      rowsBefore[i] += change;
   }
 
   iterator InsertIntoFull(Leaf& leaf, unsigned at, TickTime time, Item&& item, const Path& path);
@@ -475,7 +493,11 @@ template <class Item, unsigned kLeafRows, unsigned kFanOut>
 void CountedRows<Item, kLeafRows, kFanOut>::EraseAt(const Path& path, Leaf& leaf, unsigned at) {
   [[maybe_unused]] const Item gone = std::move(leaf.items[at]); // goes last of all
   std::copy(leaf.times.begin() + at + 1, leaf.times.begin() + leaf.count, leaf.times.begin() + at);
-  std::move(leaf.items.begin() + at + 1, leaf.items.begin() + leaf.count, leaf.items.begin() + at);
+  Item* items = leaf.items.data();
+  std::destroy_at(items + at);
+  for (unsigned i = at + 1; i < leaf.count; ++i)
+    Relocate(items + i, items + i - 1);
+  std::construct_at(items + leaf.count - 1);
   leaf.times[--leaf.count] = kUnusedTime;
   --mSize;
   for (unsigned level = 0; level < mHeight; ++level)
