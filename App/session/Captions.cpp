@@ -5,6 +5,7 @@
 #include "App/session/Files.h"
 #include "App/session/Streams.h"
 #include "App/session/Text.h"
+#include "HSL/OpenTextMeasure.h"
 
 // Caption files in and out.
 namespace App {
@@ -27,19 +28,45 @@ Problem NoCaption(const fs::path& path, const Formats::Problem& first) {
 
 // Reading and understanding takes its own share of the way; what is left is for the project's file.
 constexpr double kShareOfReading = 0.85;
+// Of that, what setting open captions in type leaves for the rest.
+constexpr double kShareOfParsing = 0.3;
+// From so many captions on, setting them in type would hold the window up for more than a moment.
+constexpr std::size_t kMeasuredInAdvance = 2000;
 // From so many captions on, putting them into the project's file takes long enough to be told.
 constexpr std::size_t kManyCaptions = 20000;
 
-Result<Formats::ReadResult> ReadCaptions(const fs::path& path, zebcaptioning::StreamFormat format, JobState& state) {
+// Many open captions are measured where nobody waits for it; of a few the host finds the measure when they are shown.
+void MeasureInAdvance(Formats::ReadResult& read, const BE::MediaInfo& picture, JobState& state) {
+  std::size_t measured = 0;
+  for (CaptionStatePtr& caption : read.captions) {
+    const HSL::OpenTextMeasure measure = HSL::MeasureOpenText(*caption, picture.width, picture.height);
+    const boost::intrusive_ptr<zebcaptioning::CaptionState> next(new zebcaptioning::CaptionState(*caption));
+    next->paragraph.lineWidth = measure.lineWidth;
+    next->paragraph.blockHeight = measure.blockHeight;
+    caption = next;
+    const double done = static_cast<double>(++measured) / static_cast<double>(read.captions.size());
+    if (!state.Report(kShareOfReading * (kShareOfParsing + (1.0 - kShareOfParsing) * done))) {
+      read.cancelled = true;
+      return;
+    }
+  }
+}
+
+Result<Formats::ReadResult> ReadCaptions(const fs::path& path, zebcaptioning::StreamFormat format,
+                                         const BE::MediaInfo& picture, JobState& state) {
   Result<std::string> bytes = ReadCaptionFile(path, state);
   if (!bytes)
     return {std::nullopt, bytes.problem};
+  const bool isOpen = zebcaptioning::IsOpenCaptions(format);
+  const double share = kShareOfReading * (isOpen ? kShareOfParsing : 1.0);
   Formats::ReadResult read = Formats::Read(*bytes.value, path.filename().string(), format,
-                                           [&state](double done) { return state.Report(done * kShareOfReading); });
+                                           [&state, share](double done) { return state.Report(done * share); });
   if (!read.error.empty())
     return {std::nullopt, NotReadable(path, read.error)};
   if (read.captions.empty() && !read.problems.empty())
     return {std::nullopt, NoCaption(path, read.problems.front())};
+  if (isOpen && picture.width > 0 && read.captions.size() >= kMeasuredInAdvance && !read.cancelled)
+    MeasureInAdvance(read, picture, state);
   return {std::move(read), {}};
 }
 
@@ -55,8 +82,10 @@ Result<ImportReport> Session::ImportCaptions(const InterfaceRef<BE::MasterClip>&
 
   const std::string what = Text("$$$/Vidra/Captivo/Progress/Import=Importing {1}", {QuotedName(path)});
   auto read = RunInBackground<Result<Formats::ReadResult>>(
-      [path, number](JobState& state) { return ReadCaptions(path, *number, state); }, progress, what,
-      Stopping::ByItself);
+      [path, number, picture = clip->GetMediaInfo()](JobState& state) {
+        return ReadCaptions(path, *number, picture, state);
+      },
+      progress, what, Stopping::ByItself);
   if (!read)
     return {std::nullopt, Stopped()};
   if (!*read)

@@ -5,7 +5,7 @@
 namespace HSL {
 
 OpenTextMeasure MeasureOpenText(const zebcaptioning::CaptionState& caption, int frameWidth, int frameHeight) {
-  static OpenCaptionRenderer renderer;
+  thread_local OpenCaptionRenderer renderer;
   const OpenCaptionRenderer::Size size = renderer.Measure(caption, frameWidth, frameHeight);
   return {size.width, size.height};
 }

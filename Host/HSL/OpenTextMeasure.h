@@ -9,7 +9,7 @@ struct OpenTextMeasure {
   int blockHeight = 0; // all lines, pixels of the frame
 };
 
-// Measures an open caption with the fonts that draw it. UI thread.
+// Measures an open caption with the fonts that draw it. Any thread; the first call of each reads the fonts.
 OpenTextMeasure MeasureOpenText(const zebcaptioning::CaptionState& caption, int frameWidth, int frameHeight);
 
 } // namespace HSL
