@@ -72,7 +72,6 @@ std::string WriteSubRip(std::int64_t count) {
 class Stage {
  public:
   Stage() {
-    NeedApplication();
     std::string pattern = (std::filesystem::temp_directory_path() / "captivo-bench-XXXXXX").string();
     mFolder = mkdtemp(pattern.data());
     mProject = *BE::Project::Create(mFolder / "p.captivo").value;
@@ -175,6 +174,7 @@ BENCHMARK(BM_ImportIntoRows)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisec
 } // namespace
 
 int main(int argc, char** argv) {
+  NeedApplication();
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
 }
