@@ -2,14 +2,14 @@
 
 namespace BE {
 
-const zebcore::utility::ImmutableString kBackendPreferencesChangedStationID("backend.preferences.changed");
-const zebcore::utility::ImmutableString kBackendProjectActivationStationID("backend.project.activation");
+const zebcore::utility::ImmutableString kBackendPreferencesChangedStationID("BE::kBackendPreferencesChangedStationID");
+const zebcore::utility::ImmutableString kBackendProjectActivationStationID("BE::kBackendProjectActivationStationID");
 
 } // namespace BE
 
 // Here, where all that commits open edits can reach it.
 namespace HSL {
 
-const zebcore::utility::ImmutableString kStation_CaptionSelection("caption.selection");
+const zebcore::utility::ImmutableString kStation_CaptionSelection("HSL::kStation_CaptionSelection");
 
 } // namespace HSL

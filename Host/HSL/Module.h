@@ -20,7 +20,7 @@ extern const UString kCaptionsHandlerID;
 
 // A library that the host has loaded.
 class Module {
-public:
+ public:
   explicit Module(const UString& name);
   virtual ~Module();
   Module(const Module&) = delete;
@@ -28,18 +28,19 @@ public:
   const UString& GetName() const { return mName; }
 
   using Factory = Module* (*)(const UString& name);
-  // Called as a library loads. Registering an id again replaces the factory. Returns true, so that a static can hold it.
+  // Called as a library loads. Registering an id again replaces the factory. Returns true, so that a static can hold
+  // it.
   static bool RegisterFactory(const UString& id, Factory factory);
   // Null if the id is unknown or the factory gave nothing.
   static std::unique_ptr<Module> CreateModule(const UString& id, const UString& name);
 
-private:
+ private:
   UString mName;
 };
 
 // What stands for a panel while the panel itself may be closed.
 class Handler : public UIF::CommandHandler, public UIF::TabViewCreator {
-public:
+ public:
   Handler(const UString& name, const UString& id);
   ~Handler() override;
   const UString& GetName() const { return mName; }
@@ -63,7 +64,7 @@ public:
   // Null if the id is unknown or the factory gave nothing.
   static std::unique_ptr<Handler> CreateHandler(const UString& id, const UString& name);
 
-private:
+ private:
   UString mName;
   UString mTabID;
 };
@@ -71,7 +72,7 @@ private:
 // Loads every library of the module folder, in order of name, and from nowhere else. One that fails to load is named in
 // the log and left out. Libraries stay loaded to the end of the process.
 class ModuleLoader {
-public:
+ public:
   // Returns how many were loaded.
   static int LoadAll(const std::filesystem::path& folder);
   // The folder of modules that belongs to the running program.

@@ -95,7 +95,7 @@ int ModuleLoader::LoadAll(const fs::path& folder) {
 fs::path ModuleLoader::GetModuleFolder() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
-  const fs::path beside = program / "modules";
+  fs::path beside = program / "modules";
   if (fs::is_directory(beside, error))
     return beside;
   return (program / ".." / "lib" / "captivo" / "modules").lexically_normal();

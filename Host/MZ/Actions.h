@@ -17,12 +17,12 @@ void SetActiveProject(const InterfaceRef<BE::IProject>& project);
 
 // A master clip with what the host adds to it.
 class MasterClip {
-public:
+ public:
   explicit MasterClip(const InterfaceRef<BE::IMasterClip>& clip) : mClip(clip) {}
   // Zero for a null clip.
   zebmediatypes::TickTime GetMediaOffset(int index) const;
 
-private:
+ private:
   InterfaceRef<BE::IMasterClip> mClip;
 };
 
@@ -34,9 +34,8 @@ int GetFrameAlignment(const InterfaceRef<BE::ISequence>& sequence);
 
 namespace ProjectActions {
 // The timecode that goes with the clip's own rate, unless the project was told to show all video otherwise.
-zebmediatypes::TimeDisplay
-GetCurrentVideoTimeDisplayValueForMasterClip(const InterfaceRef<BE::IProject>& project,
-                                             const InterfaceRef<BE::IMasterClip>& clip);
+zebmediatypes::TimeDisplay GetCurrentVideoTimeDisplayValueForMasterClip(const InterfaceRef<BE::IProject>& project,
+                                                                        const InterfaceRef<BE::IMasterClip>& clip);
 zebmediatypes::TimeDisplay GetCurrentVideoTimeDisplayValue(const InterfaceRef<BE::IProject>& project,
                                                            zebmediatypes::FrameRate rate, bool dropFrame);
 zebmediatypes::TimeDisplay GetCurrentAudioTimeDisplayValue(const InterfaceRef<BE::IProject>& project);

@@ -9,11 +9,11 @@ namespace UIF {
 using zebcore::UString;
 
 class Command {
-public:
+ public:
   explicit Command(int id) : mID(id) {}
   int GetID() const { return mID; }
 
-private:
+ private:
   int mID;
 };
 
@@ -21,7 +21,7 @@ enum class MenuMark { None, Check, Dash };
 
 // Whoever answers commands. What it does not answer goes on to the next one of the chain.
 class CommandHandler {
-public:
+ public:
   CommandHandler() = default;
   virtual ~CommandHandler();
   CommandHandler(const CommandHandler&) = delete;
@@ -37,24 +37,24 @@ public:
 // A command handler in the chain of command: what it does not answer goes to its super commander. The one that the
 // user's focus is in is on duty.
 class Commander : public CommandHandler {
-public:
+ public:
   explicit Commander(Commander* super) : mSuper(super) {}
   Commander* GetSuperCommander() const { return mSuper; }
   virtual void NowOnDuty();
   virtual void NowOffDuty();
 
-private:
+ private:
   Commander* mSuper;
 };
 
 // The program as the root of the chain of command.
 class Application {
-public:
+ public:
   static Application& Instance();
   virtual ~Application();
   virtual Commander* GetCommander();
 
-protected:
+ protected:
   Application();
 };
 

@@ -30,7 +30,7 @@ enum class Theme { Light, Dark };
 
 // Colours of the theme in use. Text on the window background and on the band has a contrast of at least 4.5 to 1.
 class ColorManager {
-public:
+ public:
   static Color GetColor(ColorID id);
   static Theme GetTheme();
   static void SetTheme(Theme theme);
@@ -44,12 +44,12 @@ using FontID = int;
 inline constexpr FontID kFont_Normal = 0;
 
 class Font {
-public:
+ public:
   static Font GetFont(FontID id);
   float StringWidth(const UString& text) const;
   FontID GetID() const { return mID; }
 
-private:
+ private:
   explicit Font(FontID id) : mID(id) {}
   FontID mID;
 };
@@ -60,7 +60,7 @@ enum Truncate : int { kTruncate_None = 0, kTruncate_End = 1 };
 
 // Where a view paints; lives for one pass.
 class DC {
-public:
+ public:
   struct Impl;
   explicit DC(Impl& impl);
   ~DC();
@@ -74,7 +74,7 @@ public:
   void DrawLine(const PointT<int>& from, const PointT<int>& to, const Color& color, int width, int alpha);
   Impl& GetImpl() { return mImpl; }
 
-private:
+ private:
   Impl& mImpl;
 };
 

@@ -32,7 +32,7 @@ struct InlineEditTextActiveMessage : zebcore::messaging::MessageOf<InlineEditTex
 
 // The line editor that opens inside a control while a person types a value.
 class InlineEditText {
-public:
+ public:
   // Of all in the process.
   static bool AnyFocused();
 };
@@ -42,7 +42,7 @@ public:
 // station; a value set by the program is not reported. Escape while typing or dragging puts the old value back. A text
 // that is no time shakes and stays. As a member, before Create, it is three words.
 class HotTimecodeControl {
-public:
+ public:
   explicit HotTimecodeControl(Commander* super);
   virtual ~HotTimecodeControl();
   HotTimecodeControl(const HotTimecodeControl&) = delete;
@@ -88,7 +88,7 @@ public:
   // Sends the changed message though nothing changed.
   void ReportValue(const TickTime& value);
 
-private:
+ private:
   struct Impl;
   Commander* mSuper;
   std::unique_ptr<Impl> mImpl;

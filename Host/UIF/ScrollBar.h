@@ -14,7 +14,7 @@ struct ScrollVerticalMessage : zebcore::messaging::MessageOf<ScrollVerticalMessa
 };
 
 class ScrollBar {
-public:
+ public:
   explicit ScrollBar(Commander* super);
   ~ScrollBar();
   ScrollBar(const ScrollBar&) = delete;
@@ -29,7 +29,8 @@ public:
   // max is the length of the content; the position goes from min to max - page, and never under min.
   void SetScrollParameters(int min, int max, int page, int step);
   void GetScrollParameters(int& min, int& max, int& page, int& step) const;
-  // With notify a position that is really another (after it was brought into range) is reported by ScrollVerticalMessage.
+  // With notify a position that is really another (after it was brought into range) is reported by
+  // ScrollVerticalMessage.
   void SetScrollBarPosition(int position, bool notify);
   int GetScrollBarPosition() const;
   int GetStep() const;
@@ -39,7 +40,7 @@ public:
   void Show(bool show);
   bool IsShown() const;
 
-private:
+ private:
   struct Impl;
   Commander* mSuper;
   std::unique_ptr<Impl> mImpl;

@@ -26,7 +26,7 @@ struct CommandDeclaration {
 
 // A named group of commands whose shortcuts hold while a panel of that context is on duty.
 class CommandContext {
-public:
+ public:
   CommandContext(std::string id, UString name) : mID(std::move(id)), mName(std::move(name)) {}
   void DeclareCommand(const std::string& name, int number, CommandKind kind, const std::string& decal,
                       zebcore::utility::ImmutableString text, bool flag);
@@ -34,7 +34,7 @@ public:
   const UString& GetName() const { return mName; }
   const std::vector<CommandDeclaration>& GetCommands() const { return mCommands; }
 
-private:
+ private:
   std::string mID;
   UString mName;
   std::vector<CommandDeclaration> mCommands;
@@ -47,7 +47,7 @@ struct WindowMenuID {
 };
 
 class ShortcutManager {
-public:
+ public:
   static ShortcutManager* Instance();
 
   // Null for an unknown one. "global" stands from the beginning.
@@ -62,7 +62,7 @@ public:
   const std::vector<std::unique_ptr<CommandContext>>& GetContexts() const { return mContexts; }
   const std::vector<WindowMenuID>& GetWindowMenuIDs() const { return mWindowMenuIDs; }
 
-private:
+ private:
   ShortcutManager();
   std::vector<std::unique_ptr<CommandContext>> mContexts;
   std::vector<WindowMenuID> mWindowMenuIDs;

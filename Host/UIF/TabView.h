@@ -8,7 +8,7 @@ class WorkspaceFrame;
 
 // A panel of the workspace.
 class TabView : public ViewBase {
-public:
+ public:
   enum DestroyFlags : int { kDestroy_Default = 0, kDestroy_Closing = 1 };
 
   explicit TabView(Commander* super);
@@ -36,11 +36,11 @@ public:
   const UString& GetName() const { return mName; }
   WorkspaceFrame* GetFrame() const { return mFrame; }
 
-protected:
+ protected:
   virtual std::string GetWingMenuName() const;
   virtual bool FindCommandEnabled(int id, bool& enabled);
 
-private:
+ private:
   UString mID;
   UString mName;
   WorkspaceFrame* mFrame = nullptr;

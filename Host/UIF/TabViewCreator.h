@@ -8,7 +8,7 @@ class TabView;
 class WorkspaceFrame;
 
 class TabViewCreator {
-public:
+ public:
   virtual ~TabViewCreator();
   // Makes the view and loads its state into it.
   virtual TabView* CreateTabViewSelf(WorkspaceFrame* frame, const std::basic_string<unsigned char>& state);

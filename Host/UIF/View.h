@@ -21,7 +21,7 @@ using zebcore::geom::RectT;
 
 // Modifier keys as a byte of flags: 0x02 Shift extends, 0x04 Control toggles.
 class KeyModifiers {
-public:
+ public:
   constexpr KeyModifiers() = default;
   constexpr explicit KeyModifiers(std::uint8_t flags) : mFlags(flags) {}
   // Those held down now.
@@ -34,14 +34,14 @@ public:
   static constexpr std::uint8_t kExtend = 0x02;
   static constexpr std::uint8_t kToggle = 0x04;
 
-private:
+ private:
   std::uint8_t mFlags = 0;
 };
 
 // A rectangle on screen with hooks for painting and events. A view is inert until it is created under a parent, and
 // again after Destroy. Hooks end in Self; what they throw is reported at the host's boundary.
 class ViewBase : public Commander {
-public:
+ public:
   explicit ViewBase(Commander* super);
   ~ViewBase() override;
 
@@ -98,7 +98,7 @@ public:
   bool DispatchTimer(std::uint32_t id);
   void DispatchFocus(bool gained);
 
-protected:
+ protected:
   virtual void CreateSelf(const RectT<int>& bounds);
   virtual void DestroySelf();
   virtual void SetBoundsSelf(const RectT<int>& bounds);
@@ -124,13 +124,13 @@ protected:
   virtual bool WantsFocusSelf() const;
   virtual void VisibilityChangedSelf(bool shown);
 
-private:
+ private:
   std::unique_ptr<ViewImpl> mImpl;
 };
 
 // A view inside another.
 class SubView : public ViewBase {
-public:
+ public:
   explicit SubView(Commander* super);
   ~SubView() override;
   // Under the parent, hidden until shown; runs CreateSelf.

@@ -40,9 +40,10 @@ struct WindowMenuEntry {
 std::vector<WindowClass> GetWindowClasses();
 std::vector<WindowMenuEntry> GetWindowMenu();
 
-// A place of the workspace that holds one tab view. The program implements it with a dock, the driver with a bare window.
+// A place of the workspace that holds one tab view. The program implements it with a dock, the driver with a bare
+// window.
 class WorkspaceFrame {
-public:
+ public:
   virtual ~WorkspaceFrame();
   // The toolkit's widget (QWidget*) inside which the view lives.
   virtual void* GetContainer() = 0;
@@ -59,7 +60,7 @@ public:
 
 // The arrangement of panels. Null until the program has made one.
 class Workspace {
-public:
+ public:
   static Workspace* Instance();
 
   using FrameFactory = std::function<WorkspaceFrame*(const UString& tabID)>;
@@ -77,7 +78,7 @@ public:
   // Called once a view was made, so that the host says again what is selected.
   static void SetSelectionRepeater(std::function<void()> repeater);
 
-private:
+ private:
   friend class TabView;
   Workspace() = default;
   void Forget(TabView* view);

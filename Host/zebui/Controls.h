@@ -6,16 +6,16 @@
 
 namespace zebui::controls {
 
-using zebcore::UString;
-using zebcore::geom::PointT;
 using ui::UI_ControlView;
 using ui::UI_InteractiveControlView;
 using ui::UI_Node;
+using zebcore::UString;
+using zebcore::geom::PointT;
 
 // Text of several lines. It keeps the line ends that it was given, inserts CR LF on Enter, and counts values and
 // selections in UTF-16 units, CR and LF separately. It has no undo of its own.
 class UI_TextEdit : public UI_InteractiveControlView {
-public:
+ public:
   // flags: 1 several lines, 0 one. alignment: 0 left, 1 centre, 2 right.
   UI_TextEdit(int flags, int alignment);
   ~UI_TextEdit() override;
@@ -43,13 +43,13 @@ public:
   bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
   void UI_FocusChanged(ui::FocusChangeReason reason) override;
 
-private:
+ private:
   struct Text;
   std::unique_ptr<Text> mText;
 };
 
 class UI_TextButton : public UI_ControlView {
-public:
+ public:
   UI_TextButton();
   ~UI_TextButton() override;
   void SetText(const UString& text);

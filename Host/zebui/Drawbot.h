@@ -12,7 +12,7 @@ namespace zebui::drawbot {
 
 // A drawing surface below a device context.
 class Drawbot {
-public:
+ public:
   // Measures with the fonts of the node.
   explicit Drawbot(const ui::UI_Node& node);
   Drawbot(); // for a device context

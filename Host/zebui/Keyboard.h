@@ -16,12 +16,12 @@ inline constexpr ModKey kModKey_Keypad = 0x20;
 
 // A key by number.
 class KeyboardCode {
-public:
+ public:
   constexpr explicit KeyboardCode(int number) : mNumber(number) {}
   constexpr int GetNumber() const { return mNumber; }
   friend constexpr bool operator==(KeyboardCode, KeyboardCode) = default;
 
-private:
+ private:
   int mNumber;
 };
 
@@ -50,7 +50,7 @@ enum KeyboardEventType : int {
 };
 
 class KeyboardEvent {
-public:
+ public:
   // character is 0 for a key that types nothing.
   KeyboardEvent(KeyboardEventType type, KeyboardCode code, ModKey modifiers, char16_t character = 0)
       : mType(type), mCode(code), mModifiers(modifiers), mCharacter(character) {}
@@ -66,7 +66,7 @@ public:
     return mCode == code && (mModifiers & kMatters) == (modifiers & kMatters);
   }
 
-private:
+ private:
   KeyboardEventType mType;
   KeyboardCode mCode;
   ModKey mModifiers;

@@ -24,18 +24,18 @@ using zebcore::geom::RectT;
 // Why the focus changed.
 using FocusChangeReason = int;
 inline constexpr FocusChangeReason kFocusChange_None = 0;
-inline constexpr FocusChangeReason kFocusChange_Advance = 1;  // Tab
-inline constexpr FocusChangeReason kFocusChange_GoBack = 2;   // Shift-Tab
+inline constexpr FocusChangeReason kFocusChange_Advance = 1; // Tab
+inline constexpr FocusChangeReason kFocusChange_GoBack = 2;  // Shift-Tab
 inline constexpr FocusChangeReason kFocusChange_Program = 3;
-inline constexpr FocusChangeReason kFocusChange_Pointer = 4;  // a click
-inline constexpr FocusChangeReason kFocusChange_Window = 5;   // the window was left or came back
+inline constexpr FocusChangeReason kFocusChange_Pointer = 4; // a click
+inline constexpr FocusChangeReason kFocusChange_Window = 5;  // the window was left or came back
 
 struct NodeImpl;
 
 // An element of the user interface inside a view. It comes on screen when it is put under a node that is. Children are
 // held by their parent.
 class UI_Node : public boost::intrusive_ref_counter<UI_Node> {
-public:
+ public:
   UI_Node();
   virtual ~UI_Node();
   UI_Node(const UI_Node&) = delete;
@@ -73,7 +73,7 @@ public:
   // For the toolkit's side of the library only.
   NodeImpl& Impl() const { return *mImpl; }
 
-private:
+ private:
   std::unique_ptr<NodeImpl> mImpl;
 };
 
@@ -89,13 +89,13 @@ struct UI_InteractiveControlChangedMessage : zebcore::messaging::MessageOf<UI_In
   explicit UI_InteractiveControlChangedMessage(ChangeMessage message) : mChange(message) {}
   ChangeMessage GetChangeMessage() const { return mChange; }
 
-private:
+ private:
   ChangeMessage mChange = kChange_Started;
 };
 
 // A node with a value that a person can change.
 class UI_ControlView : public UI_Node {
-public:
+ public:
   UI_ControlView();
   ~UI_ControlView() override;
   void SetDisabled(bool disabled);
@@ -106,31 +106,31 @@ public:
   // One callback each; called after each change by a person, and after a SetValue whose notify flag is true.
   void NotifyWhenChanged(const boost::function<void(const UI_ControlChangedMessage&)>& callback);
 
-protected:
+ protected:
   void Changed();
 
-private:
+ private:
   boost::function<void(const UI_ControlChangedMessage&)> mWhenChanged;
 };
 
 // A control whose changes have a beginning and an end. A change starts when a person enters the control and ends when
 // they leave it; it reports started, changed any number of times, then finished or cancelled.
 class UI_InteractiveControlView : public UI_ControlView {
-public:
+ public:
   UI_InteractiveControlView();
   ~UI_InteractiveControlView() override;
-  void NotifyWhenChangedInteractively(
-      const boost::function<void(const UI_InteractiveControlChangedMessage&)>& callback);
+  void
+  NotifyWhenChangedInteractively(const boost::function<void(const UI_InteractiveControlChangedMessage&)>& callback);
   void StartInteractiveChange();
   // Both report nothing when no change is under way.
   void FinishInteractiveChange();
   void CancelInteractiveChange();
   bool IsInteractiveChangeUnderWay() const { return mUnderWay; }
 
-protected:
+ protected:
   void InteractivelyChanged();
 
-private:
+ private:
   void Report(UI_InteractiveControlChangedMessage::ChangeMessage change);
   boost::function<void(const UI_InteractiveControlChangedMessage&)> mWhenChangedInteractively;
   bool mUnderWay = false;

@@ -15,7 +15,7 @@ using TimerID = std::uint32_t;
 // What all windows share: the focus, keyboard filters, timers and whether a modal window is up. Timers run on
 // zebcore::Clock.
 class UI_NodeManager {
-public:
+ public:
   // The flag asks for a manager even before the user interface stands; without it too there is one, always.
   static UI_NodeManager* Get(bool evenWithoutInterface = false);
 
@@ -56,7 +56,7 @@ public:
   // Null when no node has the focus.
   UI_Node* GetFocusNode() const;
 
-private:
+ private:
   UI_NodeManager();
   ~UI_NodeManager();
   struct Impl;

@@ -21,7 +21,7 @@ constexpr int kSize = kBits * kBarWidth;
 
 // A clip whose every picture carries its own number as eight black or white bars, the lowest bit on the left.
 class Clip {
-public:
+ public:
   Clip(const std::string& name, const std::string& arguments, const std::string& filter = "")
       : mPath(fs::temp_directory_path() / ("captivo-" + std::to_string(::getpid()) + "-" + name)) {
     const std::string number = "geq=lum='if(mod(floor(N/pow(2\\,floor(X/16)))\\,2)\\,235\\,16)':cb=128:cr=128";
@@ -36,7 +36,7 @@ public:
   bool IsMade() const { return mMade; }
   const fs::path& Path() const { return mPath; }
 
-private:
+ private:
   fs::path mPath;
   bool mMade = false;
 };
@@ -52,10 +52,14 @@ int NumberOn(const zebcore::classref::InterfaceRef<MF::IVideoFrame>& frame) {
   return number;
 }
 
-int NumberAt(FrameDecoder& decoder, TickTime time) { return NumberOn(decoder.Decode(time, kSize, kSize)); }
+int NumberAt(FrameDecoder& decoder, TickTime time) {
+  return NumberOn(decoder.Decode(time, kSize, kSize));
+}
 
 const TickTime kFrame = zebmediatypes::kFrameRate_25.GetFrameDuration();
-TickTime Frames(int count) { return TickTime(kFrame.GetTicks() * count); }
+TickTime Frames(int count) {
+  return TickTime(kFrame.GetTicks() * count);
+}
 
 // Asks for pictures forwards, backwards and across the file, at their first tick, inside and at their last tick.
 void ExpectEveryPictureExact(const Clip& clip) {

@@ -45,9 +45,7 @@ struct CaptionState : boost::intrusive_ref_counter<CaptionState> {
 
   CaptionState() = default;
   // Shares nothing mutable with the original and starts with no reference.
-  CaptionState(const CaptionState& other)
-      : boost::intrusive_ref_counter<CaptionState>(), begin(other.begin), end(other.end), text(other.text),
-        paragraph(other.paragraph), runs(other.runs), typing(other.typing), typingAt(other.typingAt) {}
+  CaptionState(const CaptionState& other) = default;
   CaptionState& operator=(const CaptionState&) = delete;
 };
 using CaptionStatePtr = boost::intrusive_ptr<const CaptionState>;
@@ -59,10 +57,11 @@ class CaptionRegions;
 // One caption: times, text and attributes. The object stays the same through all edits, undo included, while it is in
 // its stream, so that whoever holds it sees it change.
 class Caption : public boost::intrusive_ref_counter<Caption> {
-public:
+ public:
   Caption();
-  // A caption with no text, taking its format from the pattern: all paragraph attributes but line width and block height,
-  // and the attributes of its first character. Where the format does not allow one of them, the nearest that it does.
+  // A caption with no text, taking its format from the pattern: all paragraph attributes but line width and block
+  // height, and the attributes of its first character. Where the format does not allow one of them, the nearest that it
+  // does.
   Caption(const zebmediatypes::TickTime& begin, const zebmediatypes::TickTime& end,
           const boost::intrusive_ptr<Caption>& pattern, StreamFormat format, int columns, int rows);
   explicit Caption(CaptionStatePtr state);
@@ -88,7 +87,7 @@ public:
   // by the stream when it takes the caption; without them, or without its region among them, there is no area.
   void SetRegions(boost::intrusive_ptr<const CaptionRegions> regions);
 
-private:
+ private:
   CaptionStatePtr mState;
   boost::intrusive_ptr<const CaptionRegions> mRegions;
 };

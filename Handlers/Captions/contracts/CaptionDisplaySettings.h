@@ -8,7 +8,7 @@ namespace zebcaptioning {
 
 // How a stream is laid out at a time; the stream fills it.
 class CaptionDisplaySettings : public boost::intrusive_ref_counter<CaptionDisplaySettings> {
-public:
+ public:
   CaptionDisplaySettings() = default;
 
   // The grid in cells (closed), or the frame in pixels (open); returns the stream's format.
@@ -23,7 +23,7 @@ public:
     mRows = rows;
   }
 
-private:
+ private:
   StreamFormat mFormat = kStreamFormat_None;
   int mColumns = 0;
   int mRows = 0;

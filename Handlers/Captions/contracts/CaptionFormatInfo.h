@@ -39,7 +39,7 @@ enum CaptionFormatParameter : int {
 // The merged format of captions or of spans: a value for each attribute, and whether it is uniform, that is, holds for
 // everything the info was gathered from. Of a mixed attribute the value is that of the first source.
 class CaptionFormatInfo : public boost::intrusive_ref_counter<CaptionFormatInfo> {
-public:
+ public:
   using ColorType = CaptioningColor::ColorType;
   using TextAlignmentType = ParagraphStyleAttributes::TextAlignmentType;
   using AnchorID = ParagraphStyleAttributes::AnchorID;
@@ -95,7 +95,7 @@ public:
   const UString& GetRegionName(bool& uniform) const;
   const UString& GetStyleName(bool& uniform) const;
 
-private:
+ private:
   friend class Caption;
   template <class T> struct Attribute {
     T value{};

@@ -10,7 +10,7 @@ namespace zebcaptioning {
 
 // Red, green, blue and alpha, each from 0 to 1.
 class CaptioningColor {
-public:
+ public:
   enum ColorType : int { kColorType_Text = 0, kColorType_Background = 1, kColorType_Edge = 2 };
 
   CaptioningColor() = default;

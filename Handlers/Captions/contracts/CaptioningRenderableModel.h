@@ -11,7 +11,7 @@ namespace zebcaptioning {
 
 // The open captions on show at one time, ready to be drawn. Closed formats have none.
 class CaptioningRenderableModel : public boost::intrusive_ref_counter<CaptioningRenderableModel> {
-public:
+ public:
   CaptioningRenderableModel(std::vector<CaptionStatePtr> captions, int frameWidth, int frameHeight);
 
   // A pure function of its arguments; never all zero.
@@ -23,7 +23,7 @@ public:
   int GetFrameWidth() const { return mFrameWidth; }
   int GetFrameHeight() const { return mFrameHeight; }
 
-private:
+ private:
   std::vector<CaptionStatePtr> mCaptions;
   int mFrameWidth;
   int mFrameHeight;

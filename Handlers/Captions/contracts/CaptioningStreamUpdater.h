@@ -20,11 +20,11 @@ class ICaptioningStream;
 namespace HSL {
 
 // The single door through which captions of a stream are changed by hand. It holds one open change, all edits since the
-// last commit; committing makes one undoable step of it, reverting drops it and puts the stream back. A caption is named
-// by its begin time; of several with one begin time the newest is meant, and times that name none are ignored. The
-// stream reports every change on its station before the operation returns. UI thread.
+// last commit; committing makes one undoable step of it, reverting drops it and puts the stream back. A caption is
+// named by its begin time; of several with one begin time the newest is meant, and times that name none are ignored.
+// The stream reports every change on its station before the operation returns. UI thread.
 class CaptioningStreamUpdater {
-public:
+ public:
   using UString = zebcore::UString;
   using TickTime = zebmediatypes::TickTime;
   using StreamRef = zebcore::classref::InterfaceRef<BE::ICaptioningStream>;
@@ -62,14 +62,14 @@ public:
   void ApplyFormatParameter(zebcaptioning::CaptionFormatParameter parameter,
                             const zebcaptioning::CaptionFormatInfo& info, const std::vector<TickTime>& times,
                             const std::pair<std::size_t, std::size_t>& range);
-  // Measures open captions: line widths and block heights, of all captions or, without the flag, of those never measured.
-  // Writes at once, outside the open change and with no undo step.
+  // Measures open captions: line widths and block heights, of all captions or, without the flag, of those never
+  // measured. Writes at once, outside the open change and with no undo step.
   void UpdateTextWidthAndPositioning(bool all);
   // In the stream's order; empty without a stream.
   void GetRegionNames(std::vector<UString>& names) const;
   void GetStyleNames(std::vector<UString>& names) const;
 
-private:
+ private:
   struct Impl;
   std::unique_ptr<Impl> mImpl;
 };

@@ -24,8 +24,7 @@ extern const zebcore::utility::ImmutableString kStation_CaptionSelection;
 
 namespace UIF {
 // What is chosen here is shown by every timecode control; the two names are fixed.
-inline constexpr const char* kStation_SourceTimeDisplayChanged =
-    "timecodeControl.timedisplay.changed.station.source";
+inline constexpr const char* kStation_SourceTimeDisplayChanged = "timecodeControl.timedisplay.changed.station.source";
 inline constexpr const char* kStation_SequenceTimeDisplayChanged =
     "timecodeControl.timedisplay.changed.station.sequence";
 } // namespace UIF

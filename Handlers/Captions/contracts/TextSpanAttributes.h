@@ -10,7 +10,7 @@ namespace zebcaptioning {
 
 // What a run of characters looks like. A value; equal values are stored once (see SharedSpan).
 class TextSpanAttributes {
-public:
+ public:
   // Style names of the four faces that every text family has.
   static const zebcore::UString kFontStyleString_Regular;
   static const zebcore::UString kFontStyleString_Italic;

@@ -5,7 +5,6 @@
 namespace Captivo {
 
 using zebui::ui::KeyboardEvent;
-using zebui::ui::UI_Node;
 using zebui::ui::UI_NodeManager;
 
 namespace {

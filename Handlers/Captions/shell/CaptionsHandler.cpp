@@ -98,7 +98,8 @@ bool CaptionsHandler::ObeyCommand(const UIF::Command& command) {
   default:
     break;
   }
-  return isObeyed || UIF::CommandHandler::ObeyCommand(command);
+  // Past the handler's own base, deliberately: that one answers the same three commands.
+  return isObeyed || UIF::CommandHandler::ObeyCommand(command); // NOLINT(bugprone-parent-virtual-call)
 }
 
 UIF::TabView* CaptionsHandler::CreateTabView(UIF::WorkspaceFrame* frame) {
