@@ -3,6 +3,9 @@
 #include <map>
 #include <random>
 
+#include <boost/make_shared.hpp>
+
+#include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 #include "Captions/list/CaptionsRowMap.h"
