@@ -9,7 +9,7 @@
 
 namespace zebui::utility {
 
-// A native popup menu, built item by item. Items are counted from 0, separators too.
+// A native popup menu, built entry by entry. Indices go from 0 and count separators too.
 class OSMenu {
  public:
   struct Item {
@@ -27,7 +27,8 @@ class OSMenu {
   void EnableItem(std::size_t index, bool enabled);
   void SetItemID(std::size_t index, int id);
   void SetItemCheckMark(std::size_t index, bool checked);
-  std::size_t CountItems() const { return mItems.size(); }
+  // Those that can be chosen: without the separators.
+  std::size_t CountItems() const;
   const std::vector<Item>& GetItems() const { return mItems; }
 
  private:
