@@ -1,8 +1,7 @@
-#include <climits>
-
 #include "Captions/contracts/SelectionMessages.h"
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
+#include "Fading.h"
 #include "Support.h"
 
 // What the handler does upon the host's messages, with and without a panel.
@@ -43,32 +42,6 @@ BE::CaptionStreamFormatModifiedMessage FormatModified(const InterfaceRef<BE::ICa
 InterfaceRef<BE::INotification> Notifying(const InterfaceRef<BE::CaptioningStream>& stream) {
   return stream.Query<BE::INotification>();
 }
-
-// A clip whose streams are gone after it was asked for them so many times.
-class FadingClip : public BE::MasterClip {
- public:
-  explicit FadingClip(InterfaceRef<BE::MasterClip> clip) : mClip(std::move(clip)) {}
-  std::vector<InterfaceRef<BE::CaptioningStream>> GetStreams() const override {
-    return looks++ < looksThatFindStreams ? mClip->GetStreams() : std::vector<InterfaceRef<BE::CaptioningStream>>();
-  }
-  UString GetName() const override { return mClip->GetName(); }
-  InterfaceRef<BE::IClip> GetClip(BE::MediaType type, int index) const override { return mClip->GetClip(type, index); }
-  TickTime GetMediaOffset(int index) const override { return mClip->GetMediaOffset(index); }
-  bool IsMerged() const override { return mClip->IsMerged(); }
-  bool IsStill() const override { return mClip->IsStill(); }
-  ImmutableString GetStationID() const override { return "fading"; }
-  std::string GetID() const override { return mClip->GetID(); }
-  std::filesystem::path GetMediaPath() const override { return mClip->GetMediaPath(); }
-  const BE::MediaInfo& GetMediaInfo() const override { return mClip->GetMediaInfo(); }
-  InterfaceRef<BE::Project> GetProject() const override { return mClip->GetProject(); }
-  bool IsOffline() const override { return mClip->IsOffline(); }
-
-  mutable int looks = 0;
-  int looksThatFindStreams = INT_MAX;
-
- private:
-  InterfaceRef<BE::MasterClip> mClip;
-};
 
 } // namespace
 
@@ -281,6 +254,80 @@ TEST_F(HandlerMessages, AStreamThatVanishesWhileItsClipIsBeingSelectedThrowsTheH
   fading->looks = 0;
   fading->looksThatFindStreams = looks - 1;
   EXPECT_THROW(Handler().HandleMessage(message), zebcore::classref::NullInterfaceException);
+}
+
+TEST_F(HandlerMessages, AnotherClipsStreamIsJoinedAfterTheFirstOnesWasLeft) {
+  MakeHandler();
+  clip = AddClip();
+  stream = AddStream(clip, MakeCaptions({1}));
+  SelectClip(clip);
+  const auto other = AddClip(u"Other");
+  const auto otherStream = AddStream(other, MakeCaptions({3}));
+  zebcore::trace::Take();
+  SelectClip(other);
+  std::vector<std::string> calls;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.args.contains("listener"))
+      calls.push_back(call.call + " " + call.args["station"].get<std::string>());
+  }
+  EXPECT_EQ(calls,
+            (std::vector<std::string>{"messaging::RemoveListener " + Notifying(stream)->GetStationID().Text(),
+                                      "messaging::AddListener " + Notifying(otherStream)->GetStationID().Text()}));
+}
+
+TEST_F(HandlerMessages, AClipWithoutStreamsChangesNothingWhileNothingIsFollowed) {
+  MakeHandler();
+  zebcore::trace::Take();
+  SelectClip(AddClip());
+  EXPECT_TRUE(Inspector::Source(Handler()).IsEmpty());
+  EXPECT_EQ(TakeCalls("messaging::AddListener"), std::vector<std::string>{});
+}
+
+TEST_F(HandlerMessages, AClipWithoutStreamsEndsTheFollowingOfAnother) {
+  MakeHandler();
+  clip = AddClip();
+  stream = AddStream(clip, MakeCaptions({1}));
+  SelectClip(clip);
+  const auto bare = AddClip(u"Bare");
+  zebcore::trace::Take();
+  SelectClip(bare);
+  EXPECT_TRUE(Inspector::Source(Handler()).GetMasterClip() == bare);
+  EXPECT_FALSE(IsListening(Notifying(stream)->GetStationID(), HandlerListener()));
+  EXPECT_EQ(TakeCalls("messaging::AddListener"), std::vector<std::string>{});
+}
+
+TEST_F(HandlerMessages, TheClipOfAnyClosedFormatIsNotMeasured) {
+  MakeHandler();
+  clip = AddClip();
+  AddStream(clip, MakeCaptions({1}));
+  zebcore::trace::Take();
+  SelectClip(clip);
+  EXPECT_EQ(TakeMeasurings(), std::vector<Measuring>{});
+}
+
+TEST_F(HandlerMessages, AMessageOfAnyOtherClassIsIgnored) {
+  MakeHandler();
+  clip = AddClip();
+  stream = AddStream(clip, MakeCaptions({1}));
+  SelectClip(clip);
+  MZ::MasterClipClosedMessage closed;
+  closed.clip = clip;
+  BroadcastMessage(MZ::kStation_MasterClipActivation, closed);
+  BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, MZ::BinSelectedMessage());
+  EXPECT_TRUE(Inspector::Source(Handler()).GetMasterClip() == clip);
+  EXPECT_EQ(Inspector::View(Handler()), nullptr);
+}
+
+TEST_F(HandlerMessages, AnOpenPanelIsNotCalledWhenAClipIsSelectedAndFollowsByItself) {
+  OpenPanelOn(MakeCaptions({1}));
+  const auto other = AddClip(u"Other");
+  AddStream(other, MakeCaptions({5}));
+  MZ::MasterClipSelectedMessage message;
+  message.clip = other;
+  Handler().HandleMessage(message);
+  EXPECT_EQ(Begins(), (std::vector<double>{1}));
+  SelectClip(other);
+  EXPECT_EQ(Begins(), (std::vector<double>{5}));
 }
 
 } // namespace Captivo::Testing

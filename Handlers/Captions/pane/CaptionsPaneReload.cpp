@@ -1,4 +1,6 @@
 #include <iterator>
+#include <set>
+#include <typeinfo>
 
 #include "Captions/contracts/CaptionDisplaySettings.h"
 #include "Captions/contracts/CaptioningRenderableModel.h"
@@ -6,6 +8,7 @@
 #include "Captions/pane/CaptionsFilter.h"
 #include "Captions/pane/CaptionsPane.h"
 #include "Captions/view/CaptionsView.h"
+#include "zebcore/InterfaceRef.h"
 
 namespace Captivo {
 
@@ -33,6 +36,9 @@ void CaptionsPane::ReloadCaptions() {
     SelectRememberedOrFirst();
   if (hadFocusInText && keepTextFocus)
     list->RestoreTextSelection(range);
+  // The only row that came back stands for all of its text while nobody is in that, as a row just selected does.
+  if (list->GetSelectedCount() == 1 && !list->HasFocusInText())
+    list->ResetTextSelection();
   if (view && list->GetRowCount() != formerCount)
     view->UpdateScrollRange(false);
   UpdateViewAfterRowChange();
@@ -46,7 +52,9 @@ void CaptionsPane::ReadRows() {
   stream->GetCaptionKeys(keys);
   for (const auto& key : keys) {
     const boost::intrusive_ptr<Caption> caption = stream->GetCaption(key);
-    if (caption && PassesFilter(*caption))
+    if (!caption)
+      zebcore::classref::ThrowNullInterface(typeid(Caption)); // it has vanished since the keys were read
+    if (PassesFilter(*caption))
       list->AddRow(caption);
   }
 }
@@ -185,14 +193,16 @@ void CaptionsPane::UpdateStreamSettings() {
 }
 
 void CaptionsPane::OnCaptioningStreamChanged(const InterfaceRef<BE::ICaptioningStream>& stream) {
-  const bool formatReplaced = source.RefreshAvailableFormats();
+  const std::set<StreamFormat> formerFormats = source.GetAvailableFormats();
+  source.RefreshAvailableFormats();
+  const bool formatsChanged = source.GetAvailableFormats() != formerFormats;
   UpdateStreamSettings();
   if (stream != source.GetCaptioningStream())
     return;
   updater->UpdateCaptioningStream(stream);
   const StreamFormat kept = source.GetStreamFormat();
   source.Refresh();
-  if (formatReplaced && kept != zebcaptioning::kStreamFormat_None)
+  if (formatsChanged && kept != zebcaptioning::kStreamFormat_None)
     source.SelectStreamFormat(kept);
   UpdateStreamSettings();
   ReloadCaptions();
