@@ -170,7 +170,6 @@ class CaptionsPane : public UIF::SubView, public zebcore::messaging::Listener {
   void OnSourceClipSelected(const HSL::SourceClipSelectedMessage& message);
   void OnRenderFrameCompleted(const ML::RenderFrameCompletionMessage& message);
   void RefreshSequenceTimeDisplay(const InterfaceRef<BE::ISequence>& sequence);
-  bool IsCurrentStream(const InterfaceRef<BE::ICaptioningStream>& stream) const;
 
   // Reload.
   void ReadRows();

@@ -10,6 +10,14 @@ namespace Captivo {
 
 using zebcore::messaging::MessageCast;
 
+namespace {
+
+bool IsSameStream(const InterfaceRef<BE::ICaptioningStream>& a, const InterfaceRef<BE::ICaptioningStream>& b) {
+  return a && b && a->GetIdentity() == b->GetIdentity();
+}
+
+} // namespace
+
 void CaptionsPane::HandleMessage(const zebcore::messaging::Message& message) {
   if (const auto* added = MessageCast<BE::CaptionsAddedMessage>(message))
     OnCaptionsAdded(*added);
@@ -47,17 +55,13 @@ void CaptionsPane::HandleMessage(const zebcore::messaging::Message& message) {
     updater->CommitChangesUndoable(false);
 }
 
-bool CaptionsPane::IsCurrentStream(const InterfaceRef<BE::ICaptioningStream>& stream) const {
-  const auto current = source.GetCaptioningStream();
-  return current && stream && current->GetIdentity() == stream->GetIdentity();
-}
-
 void CaptionsPane::OnCaptionsAdded(const BE::CaptionsAddedMessage& message) {
-  if (!source.GetCaptioningStream())
+  const auto current = source.GetCaptioningStream();
+  if (!current)
     return;
   bool anyNew = false;
   for (const auto& [stream, caption] : message.captions) {
-    if (IsCurrentStream(stream) && list->AddOrUpdateCaption(caption)) {
+    if (IsSameStream(stream, current) && caption && list->AddOrUpdateCaption(caption)) {
       ++lastVisibleRow;
       anyNew = true;
     }
@@ -71,9 +75,10 @@ void CaptionsPane::OnCaptionsAdded(const BE::CaptionsAddedMessage& message) {
 }
 
 void CaptionsPane::OnCaptionsRemoved(const BE::CaptionsRemovedMessage& message) {
+  const auto current = source.GetCaptioningStream();
   bool anyRemoved = false;
   for (const auto& [stream, time] : message.captions) {
-    if (IsCurrentStream(stream) && list->RemoveRowAt(time))
+    if (IsSameStream(stream, current) && list->RemoveRowAt(time))
       anyRemoved = true;
   }
   if (!anyRemoved)
@@ -83,11 +88,12 @@ void CaptionsPane::OnCaptionsRemoved(const BE::CaptionsRemovedMessage& message) 
 }
 
 void CaptionsPane::OnCaptionsChanged(const BE::CaptionsChangedMessage& message) {
-  if (!source.GetCaptioningStream())
+  const auto current = source.GetCaptioningStream();
+  if (!current)
     return;
   bool anyNew = false;
   for (const auto& [stream, caption] : message.captions) {
-    if (IsCurrentStream(stream) && list->AddOrUpdateCaption(caption))
+    if (IsSameStream(stream, current) && caption && list->AddOrUpdateCaption(caption))
       anyNew = true;
   }
   if (anyNew) {
@@ -99,10 +105,11 @@ void CaptionsPane::OnCaptionsChanged(const BE::CaptionsChangedMessage& message) 
 }
 
 void CaptionsPane::OnCaptionsMoved(const BE::CaptionsMovedMessage& message) {
-  if (!source.GetCaptioningStream())
+  const auto current = source.GetCaptioningStream();
+  if (!current)
     return;
   for (const auto& range : message.ranges) {
-    if (IsCurrentStream(range.stream))
+    if (IsSameStream(range.stream, current))
       list->AdjustRows(range.begin, range.end, range.offset);
   }
   UpdateVisibleRows();
