@@ -13,6 +13,7 @@ extern "C" {
 
 #include "MF/MediaFile.h"
 #include "MF/MediaSource.h"
+#include "MF/StreamFacts.h"
 #include "zebcore/Localizer.h"
 
 namespace MF {
@@ -29,68 +30,8 @@ BE::Problem Say(const char* keyWithDefault, const std::filesystem::path& path) {
   return {text};
 }
 
-// The rates that pictures are made at. Containers with coarse time stamps tell a rate that is a little off.
-constexpr std::array<AVRational, 11> kUsualRates{{{24000, 1001},
-                                                  {24, 1},
-                                                  {25, 1},
-                                                  {30000, 1001},
-                                                  {30, 1},
-                                                  {48, 1},
-                                                  {50, 1},
-                                                  {60000, 1001},
-                                                  {60, 1},
-                                                  {15, 1},
-                                                  {12, 1}}};
-constexpr double kRateTolerance = 0.0003;
-
-AVRational Snap(AVRational rate) {
-  const double value = av_q2d(rate);
-  for (const AVRational& usual : kUsualRates) {
-    if (std::abs(value / av_q2d(usual) - 1) < kRateTolerance)
-      return usual;
-  }
-  return rate;
-}
-
 bool IsRate(AVRational rate) {
   return rate.num > 0 && rate.den > 0;
-}
-
-// The average where a stream tells it, since that is what its frames come at; the base rate where the two agree but for
-// rounding, and where there is no average. Interlaced streams give fields as base rate, which the average is not.
-AVRational GetRate(const AVStream& stream) {
-  const AVRational average = stream.avg_frame_rate;
-  const AVRational base = stream.r_frame_rate;
-  if (!IsRate(average))
-    return IsRate(base) ? Snap(base) : AVRational{25, 1};
-  if (IsRate(base)) {
-    const double ratio = av_q2d(average) / av_q2d(base);
-    // A short clip, or one that ends on a longer frame, has an average a little beside the rate that it was made at.
-    if (ratio > 0.98 && ratio < 1.02 && av_q2d(base) <= 240)
-      return Snap(base);
-  }
-  return Snap(average);
-}
-
-bool IsCover(const AVStream& stream) {
-  return (stream.disposition & AV_DISPOSITION_ATTACHED_PIC) != 0;
-}
-
-const AVStream* FindStream(const AVFormatContext& source, AVMediaType type) {
-  const AVStream* best = nullptr;
-  for (unsigned i = 0; i < source.nb_streams; ++i) {
-    const AVStream* stream = source.streams[i];
-    if (stream->codecpar->codec_type != type || IsCover(*stream))
-      continue;
-    if (type == AVMEDIA_TYPE_VIDEO && (stream->codecpar->width <= 0 || stream->codecpar->height <= 0))
-      continue;
-    if (type == AVMEDIA_TYPE_AUDIO && stream->codecpar->sample_rate <= 0)
-      continue;
-    const bool isDefault = (stream->disposition & AV_DISPOSITION_DEFAULT) != 0;
-    if (best == nullptr || (isDefault && (best->disposition & AV_DISPOSITION_DEFAULT) == 0))
-      best = stream;
-  }
-  return best;
 }
 
 zebmediatypes::PixelAspectRatio GetPixelAspect(const AVStream& stream) {
@@ -101,14 +42,6 @@ zebmediatypes::PixelAspectRatio GetPixelAspect(const AVStream& stream) {
   AVRational reduced{1, 1};
   av_reduce(&reduced.num, &reduced.den, told.num, told.den, 1 << 20);
   return {reduced.num, reduced.den};
-}
-
-bool IsStill(const AVFormatContext& source) {
-  const char* name = source.iformat->name;
-  const std::size_t length = std::strlen(name);
-  constexpr const char* kPipe = "_pipe";
-  const bool isPipe = length > std::strlen(kPipe) && std::strcmp(name + length - std::strlen(kPipe), kPipe) == 0;
-  return isPipe || std::strcmp(name, "image2") == 0;
 }
 
 // Of the container, of the picture, or of a track of its own.

@@ -2,14 +2,20 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <string>
+#include <vector>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
 #include <libavutil/frame.h>
 #include <libavutil/mathematics.h>
-#include <libswscale/swscale.h>
 }
+
+#include "MF/MediaSource.h"
+#include "MF/StreamFacts.h"
+#include "ML/FrameScaler.h"
 
 namespace ML {
 
@@ -17,16 +23,20 @@ namespace {
 
 // A target this far ahead of the last decoded picture is reached sooner by decoding on than by seeking.
 constexpr std::int64_t kDecodeOnMilliseconds = 1500;
-// How far before the target a seek aims at first, and at most; where an index is missing a seek may land behind it.
-constexpr std::int64_t kFirstSeekBackMilliseconds = 0;
+// How far before the target a seek aims after it landed behind it, which it may where an index is missing; at each
+// further try four times as far, and from so far on at the beginning of the file.
+constexpr std::int64_t kSecondSeekBackMilliseconds = 1000;
 constexpr std::int64_t kLastSeekBackMilliseconds = 60000;
+// The same for a picture that came out damaged, as one may whose references lie before the place that was sought.
+constexpr std::int64_t kLastSeekBackForDamageMilliseconds = 4000;
+// A file that ends so much before the end that it tells was cut off.
+constexpr std::int64_t kCutOffMilliseconds = 500;
+// So many errors in a row from a decoder that is only asked for what it still holds are taken for the end.
+constexpr int kErrorsAtEnd = 64;
 
 // Products of times and time bases, which 64 bits do not hold.
 __extension__ using Int128 = __int128;
 
-struct FormatCloser {
-  void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
-};
 struct CodecCloser {
   void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
 };
@@ -36,52 +46,68 @@ struct FrameCloser {
 struct PacketCloser {
   void operator()(AVPacket* packet) const { av_packet_free(&packet); }
 };
-struct ScalerCloser {
-  void operator()(SwsContext* context) const { sws_freeContext(context); }
+
+struct Picture {
+  std::unique_ptr<AVFrame, FrameCloser> frame{av_frame_alloc()};
+  std::int64_t timestamp = AV_NOPTS_VALUE;
+
+  bool IsThere() const { return timestamp != AV_NOPTS_VALUE; }
+  bool IsDamaged() const { return (frame->flags & AV_FRAME_FLAG_CORRUPT) != 0 || frame->decode_error_flags != 0; }
+  void Forget() {
+    av_frame_unref(frame.get());
+    timestamp = AV_NOPTS_VALUE;
+  }
 };
 
 } // namespace
 
 struct FrameDecoder::Impl {
-  std::unique_ptr<AVFormatContext, FormatCloser> format;
+  explicit Impl(const std::atomic<bool>* stopFlag) : stop(stopFlag) {}
+
+  const std::atomic<bool>* stop;
+  MF::MediaSourcePtr format;
   std::unique_ptr<AVCodecContext, CodecCloser> codec;
-  std::unique_ptr<SwsContext, ScalerCloser> scaler;
   std::unique_ptr<AVPacket, PacketCloser> packet{av_packet_alloc()};
-  // The last picture decoded and the one before it, by presentation time.
-  std::unique_ptr<AVFrame, FrameCloser> current{av_frame_alloc()};
-  std::unique_ptr<AVFrame, FrameCloser> next{av_frame_alloc()};
+  FrameScaler scaler;
+  // The picture on show, and the one that takes its place.
+  Picture current;
+  Picture next;
   AVStream* stream = nullptr;
+  std::optional<AVRational> rate; // if the pictures keep one
   std::int64_t firstTimestamp = 0;
-  std::int64_t currentTimestamp = AV_NOPTS_VALUE;
-  std::int64_t nextTimestamp = AV_NOPTS_VALUE;
   std::int64_t lastOutput = AV_NOPTS_VALUE;
+  std::int64_t lastSent = AV_NOPTS_VALUE;
+  // Of packets since the last seek that were cut short or that the decoder refused.
+  std::vector<std::int64_t> damagedTimestamps;
   bool draining = false;
+  bool brokenOff = false; // reading ended with an error instead of the end
+  bool still = false;
   bool open = false;
 
+  bool IsStopped() const { return stop && stop->load(std::memory_order_relaxed); }
+
   bool Open(const std::filesystem::path& path) {
-    AVFormatContext* context = nullptr;
-    if (avformat_open_input(&context, path.c_str(), nullptr, nullptr) < 0)
+    std::string problem;
+    format = MF::OpenMediaSource(path, problem);
+    const AVStream* found = format ? MF::FindStream(*format, AVMEDIA_TYPE_VIDEO) : nullptr;
+    if (!found)
       return false;
-    format.reset(context);
-    if (avformat_find_stream_info(context, nullptr) < 0)
-      return false;
-    const AVCodec* decoder = nullptr;
-    const int index = av_find_best_stream(context, AVMEDIA_TYPE_VIDEO, -1, -1, &decoder, 0);
-    if (index < 0 || !decoder)
-      return false;
-    stream = context->streams[index];
-    for (unsigned i = 0; i < context->nb_streams; ++i)
-      context->streams[i]->discard = static_cast<int>(i) == index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    stream = format->streams[found->index];
+    const AVCodec* decoder = avcodec_find_decoder(stream->codecpar->codec_id);
+    for (unsigned i = 0; i < format->nb_streams; ++i)
+      format->streams[i]->discard = static_cast<int>(i) == stream->index ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     codec.reset(avcodec_alloc_context3(decoder));
-    if (!codec || avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
+    if (!decoder || !codec || avcodec_parameters_to_context(codec.get(), stream->codecpar) < 0)
       return false;
     codec->pkt_timebase = stream->time_base;
     codec->thread_count = 1;
     if (avcodec_open2(codec.get(), decoder, nullptr) < 0)
       return false;
+    still = MF::IsStill(*format);
+    rate = MF::GetConstantRate(*stream);
     if (!ReadPicture())
       return false;
-    firstTimestamp = nextTimestamp;
+    firstTimestamp = next.timestamp;
     Advance();
     return true;
   }
@@ -90,49 +116,100 @@ struct FrameDecoder::Impl {
     return av_rescale_q(milliseconds, AVRational{1, 1000}, stream->time_base);
   }
 
-  // The next picture in order of presentation, into next. False at the end.
-  bool ReadPicture() {
-    av_frame_unref(next.get());
-    nextTimestamp = AV_NOPTS_VALUE;
-    for (;;) {
-      const int received = avcodec_receive_frame(codec.get(), next.get());
-      if (received == 0) {
-        nextTimestamp = next->best_effort_timestamp;
-        if (nextTimestamp == AV_NOPTS_VALUE)
-          nextTimestamp = lastOutput == AV_NOPTS_VALUE ? 0 : lastOutput + std::max<std::int64_t>(1, FrameTicks());
-        lastOutput = nextTimestamp;
-        return true;
-      }
-      if (received != AVERROR(EAGAIN) || draining)
-        return false;
-      SendPacket();
-    }
+  std::int64_t FrameUnits() const {
+    return std::max<std::int64_t>(1, av_rescale_q(1, av_inv_q(MF::GetRate(*stream)), stream->time_base));
   }
 
-  std::int64_t FrameTicks() const {
-    const AVRational rate = stream->avg_frame_rate.num > 0 ? stream->avg_frame_rate : AVRational{25, 1};
-    return av_rescale_q(1, av_inv_q(rate), stream->time_base);
+  // Ticks from the first picture, up: a picture is on show from the first tick at or behind its start. Timestamps that
+  // were rounded to the units of the file belong to the nearest frame of the rate.
+  Int128 StartOf(std::int64_t timestamp) const {
+    const AVRational base = stream->time_base;
+    const Int128 units = static_cast<Int128>(timestamp) - firstTimestamp;
+    if (rate) {
+      const Int128 framesPerUnit = static_cast<Int128>(base.num) * rate->num;
+      const Int128 scale = static_cast<Int128>(base.den) * rate->den;
+      const Int128 frame = DivideDown(2 * units * framesPerUnit + scale, 2 * scale);
+      const Int128 offset = units * framesPerUnit - frame * scale;
+      const bool isFine = 2 * framesPerUnit <= scale; // two units a frame at least
+      if (isFine && offset < framesPerUnit && -offset < framesPerUnit)
+        return DivideUp(frame * rate->den * zebmediatypes::kTicksPerSecond, rate->num);
+    }
+    return DivideUp(units * base.num * zebmediatypes::kTicksPerSecond, base.den);
+  }
+
+  static Int128 DivideDown(Int128 value, Int128 by) { return value >= 0 ? value / by : -((-value + by - 1) / by); }
+  static Int128 DivideUp(Int128 value, Int128 by) { return -DivideDown(-value, by); }
+
+  // The last timestamp at or before a time.
+  std::int64_t TimestampAt(std::int64_t ticks) const {
+    const AVRational base = stream->time_base;
+    const Int128 units =
+        static_cast<Int128>(ticks) * base.den / (static_cast<Int128>(zebmediatypes::kTicksPerSecond) * base.num);
+    constexpr Int128 kLast = std::numeric_limits<std::int64_t>::max() / 4;
+    return static_cast<std::int64_t>(std::min(units + firstTimestamp, kLast));
+  }
+
+  // The next picture in order of presentation, into next. False at the end.
+  bool ReadPicture() {
+    next.Forget();
+    for (int errors = 0; !IsStopped();) {
+      const int received = avcodec_receive_frame(codec.get(), next.frame.get());
+      if (received == 0) {
+        TakeTimestamp();
+        return true;
+      }
+      if (received == AVERROR_EOF)
+        return false;
+      if (received != AVERROR(EAGAIN)) {
+        MarkDamage(lastSent);
+        if (draining && ++errors > kErrorsAtEnd)
+          return false;
+      } else if (draining) {
+        return false;
+      } else {
+        SendPacket();
+      }
+    }
+    return false;
+  }
+
+  void TakeTimestamp() {
+    next.timestamp = next.frame->best_effort_timestamp;
+    if (next.timestamp == AV_NOPTS_VALUE)
+      next.timestamp = lastOutput == AV_NOPTS_VALUE ? 0 : lastOutput + FrameUnits();
+    lastOutput = next.timestamp;
   }
 
   void SendPacket() {
-    while (av_read_frame(format.get(), packet.get()) >= 0) {
-      const bool ours = packet->stream_index == stream->index;
-      // A packet that the decoder refuses is damaged: the pictures around it still count.
-      if (ours)
-        avcodec_send_packet(codec.get(), packet.get());
+    int read = 0;
+    while ((read = av_read_frame(format.get(), packet.get())) >= 0) {
+      const bool isOurs = packet->stream_index == stream->index;
+      if (isOurs) {
+        lastSent = packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts;
+        // A packet that the decoder refuses is damaged: the pictures around it still count.
+        if (avcodec_send_packet(codec.get(), packet.get()) < 0 || (packet->flags & AV_PKT_FLAG_CORRUPT) != 0)
+          MarkDamage(lastSent);
+      }
       av_packet_unref(packet.get());
-      if (ours)
+      if (isOurs)
         return;
     }
+    brokenOff = read != AVERROR_EOF;
     draining = true;
     avcodec_send_packet(codec.get(), nullptr);
   }
 
+  void MarkDamage(std::int64_t timestamp) {
+    if (timestamp != AV_NOPTS_VALUE)
+      damagedTimestamps.push_back(timestamp);
+  }
+
   void Advance() {
     std::swap(current, next);
-    currentTimestamp = nextTimestamp;
-    av_frame_unref(next.get());
-    nextTimestamp = AV_NOPTS_VALUE;
+    next.Forget();
+    // What lies so far before the picture on show does not matter any more.
+    std::erase_if(damagedTimestamps,
+                  [oldest = current.timestamp - FrameUnits()](std::int64_t timestamp) { return timestamp <= oldest; });
   }
 
   // To the first packet. A search by timestamp in a container without an index may end behind the first picture.
@@ -159,59 +236,89 @@ struct FrameDecoder::Impl {
   void Forget() {
     avcodec_flush_buffers(codec.get());
     draining = false;
+    brokenOff = false;
     lastOutput = AV_NOPTS_VALUE;
-    currentTimestamp = AV_NOPTS_VALUE;
-    nextTimestamp = AV_NOPTS_VALUE;
-    av_frame_unref(current.get());
-    av_frame_unref(next.get());
+    lastSent = AV_NOPTS_VALUE;
+    damagedTimestamps.clear();
+    current.Forget();
+    next.Forget();
   }
 
-  // Decodes on until current is the picture on show at the target and next, if there is one, starts behind it.
-  void DecodeUpTo(std::int64_t target) {
+  // Decodes on until current is the picture on show at a time and next, if there is one, starts behind it.
+  void DecodeUpTo(std::int64_t ticks) {
     for (;;) {
-      if (nextTimestamp == AV_NOPTS_VALUE && !ReadPicture())
+      if (!next.IsThere() && !ReadPicture())
         return;
-      if (currentTimestamp != AV_NOPTS_VALUE && nextTimestamp > target)
+      if (current.IsThere() && StartOf(next.timestamp) > ticks)
         return;
       Advance();
-      if (currentTimestamp > target)
+      if (StartOf(current.timestamp) > ticks)
         return;
     }
   }
 
-  bool Reach(std::int64_t target) {
-    const bool ahead = currentTimestamp != AV_NOPTS_VALUE && currentTimestamp <= target;
-    if (ahead && (draining || target - currentTimestamp <= FromMilliseconds(kDecodeOnMilliseconds))) {
-      DecodeUpTo(target);
+  // The picture on show at the time was not reached while current is still behind it.
+  bool IsReached(std::int64_t ticks) const { return current.IsThere() && StartOf(current.timestamp) <= ticks; }
+
+  bool Reach(std::int64_t ticks) {
+    if (still)
       return true;
+    const std::int64_t target = TimestampAt(ticks);
+    if (IsReached(ticks) && (draining || target - current.timestamp <= FromMilliseconds(kDecodeOnMilliseconds))) {
+      DecodeUpTo(ticks);
+      return !IsStopped();
     }
-    for (std::int64_t back = kFirstSeekBackMilliseconds;; back = back == 0 ? 1000 : back * 4) {
+    for (std::int64_t back = 0; !IsStopped(); back = back == 0 ? kSecondSeekBackMilliseconds : back * 4) {
       const std::int64_t aim = std::max(firstTimestamp, target - FromMilliseconds(back));
-      const bool atStart = aim == firstTimestamp || back > kLastSeekBackMilliseconds;
-      if (!(atStart ? Rewind() : Seek(aim)))
+      const bool isAtStart = aim == firstTimestamp || back > kLastSeekBackMilliseconds;
+      if (!(isAtStart ? Rewind() : Seek(aim)))
         return false;
-      DecodeUpTo(target);
-      if (atStart || (currentTimestamp != AV_NOPTS_VALUE && currentTimestamp <= target))
-        return currentTimestamp != AV_NOPTS_VALUE;
+      DecodeUpTo(ticks);
+      if (!IsReached(ticks) && WasRefused(target))
+        return false;
+      const bool isGoodEnough = !current.IsDamaged() || back >= kLastSeekBackForDamageMilliseconds;
+      if (isAtStart || (IsReached(ticks) && isGoodEnough))
+        return current.IsThere();
     }
+    return false;
   }
 
-  zebcore::classref::InterfaceRef<MF::IVideoFrame> Scale(int width, int height) {
-    scaler.reset(sws_getCachedContext(scaler.release(), current->width, current->height,
-                                      static_cast<AVPixelFormat>(current->format), width, height, AV_PIX_FMT_BGRA,
-                                      SWS_BICUBIC, nullptr, nullptr, nullptr));
-    if (!scaler)
-      return nullptr;
-    auto frame = MF::CreateVideoFrame(width, height, zebmediatypes::kPixelAspectRatio_Square);
-    std::uint8_t* const planes[4] = {frame->GetWritablePixels(), nullptr, nullptr, nullptr};
-    const int strides[4] = {frame->GetRowBytes(), 0, 0, 0};
-    if (sws_scale(scaler.get(), current->data, current->linesize, 0, current->height, planes, strides) <= 0)
-      return nullptr;
-    return frame;
+  // The very picture at the timestamp was among those that the decoder refused, so that nothing before it helps.
+  bool WasRefused(std::int64_t target) const {
+    const std::int64_t frame = FrameUnits();
+    return std::any_of(damagedTimestamps.begin(), damagedTimestamps.end(),
+                       [=](std::int64_t damaged) { return damaged <= target && target < damaged + frame; });
+  }
+
+  // Whether current is what was filmed at the time, and not only what is left of a damaged stretch.
+  bool IsWhole(std::int64_t ticks) const {
+    if (current.IsDamaged())
+      return false;
+    if (still)
+      return true;
+    const std::int64_t target = TimestampAt(ticks);
+    for (const std::int64_t damaged : damagedTimestamps) {
+      if (damaged > current.timestamp && damaged <= target)
+        return false;
+    }
+    return next.IsThere() || !IsCutOffAt(target);
+  }
+
+  // Whether the file should hold pictures behind the last one, the time included.
+  bool IsCutOffAt(std::int64_t target) const {
+    const std::int64_t duration = std::max(current.frame->pkt_duration, FrameUnits());
+    const std::int64_t end = current.timestamp + duration;
+    if (target < end)
+      return false;
+    if (brokenOff)
+      return true;
+    return stream->duration != AV_NOPTS_VALUE &&
+           end + FromMilliseconds(kCutOffMilliseconds) < firstTimestamp + stream->duration;
   }
 };
 
-FrameDecoder::FrameDecoder(const std::filesystem::path& path) : mImpl(std::make_unique<Impl>()) {
+FrameDecoder::FrameDecoder(const std::filesystem::path& path, const std::atomic<bool>* stop)
+    : mImpl(std::make_unique<Impl>(stop)) {
   mImpl->open = mImpl->Open(path);
 }
 
@@ -225,16 +332,10 @@ zebcore::classref::InterfaceRef<MF::IVideoFrame> FrameDecoder::Decode(zebmediaty
                                                                       int height) {
   if (!mImpl->open || width < 1 || height < 1)
     return nullptr;
-  // Ticks to the stream's own units, down: the picture that starts at or before the time. Its last tick still counts.
-  const AVRational base = mImpl->stream->time_base;
-  const Int128 ticks = std::max<std::int64_t>(time.GetTicks(), 0);
-  const Int128 units = ticks * base.den / (static_cast<Int128>(zebmediatypes::kTicksPerSecond) * base.num);
-  const Int128 target = units + mImpl->firstTimestamp;
-  if (target > std::numeric_limits<std::int64_t>::max() / 4)
+  const std::int64_t ticks = std::max<std::int64_t>(time.GetTicks(), 0);
+  if (!mImpl->Reach(ticks) || !mImpl->IsWhole(ticks))
     return nullptr;
-  if (!mImpl->Reach(static_cast<std::int64_t>(target)))
-    return nullptr;
-  return mImpl->Scale(width, height);
+  return mImpl->scaler.Scale(*mImpl->current.frame, width, height);
 }
 
 } // namespace ML

@@ -1,5 +1,6 @@
 #include "ML/FrameService.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <list>
 #include <map>
@@ -40,7 +41,7 @@ struct FrameService::Impl {
   std::condition_variable idle;
   std::vector<Waiting> waiting; // served from the back
   bool serving = false;
-  bool stopping = false;
+  std::atomic<bool> stopping{false}; // set under the lock
 
   std::list<std::pair<FrameKey, FrameRef>> kept; // the one used last in front
   std::map<FrameKey, std::list<std::pair<FrameKey, FrameRef>>::iterator> keptByKey;
@@ -76,7 +77,7 @@ struct FrameService::Impl {
         return *decoders.front().second;
       }
     }
-    decoders.emplace_front(media, std::make_unique<FrameDecoder>(media));
+    decoders.emplace_front(media, std::make_unique<FrameDecoder>(media, &stopping));
     if (decoders.size() > kDecodersKept)
       decoders.pop_back();
     return *decoders.front().second;
@@ -88,8 +89,11 @@ struct FrameService::Impl {
       const std::lock_guard lock(mutex);
       frame = FindKept(KeyOf(next.order));
     }
-    if (!frame)
-      frame = DecoderFor(next.order.media).Decode(next.order.time, next.order.width, next.order.height);
+    if (!frame) {
+      zebcore::boundary::Guard("FrameService::Decode", [&] {
+        frame = DecoderFor(next.order.media).Decode(next.order.time, next.order.width, next.order.height);
+      });
+    }
     if (frame) {
       const std::lock_guard lock(mutex);
       Keep(KeyOf(next.order), frame);
