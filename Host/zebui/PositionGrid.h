@@ -4,8 +4,11 @@
 
 namespace zebui::controls {
 
+using ui::UI_ControlView;
+using ui::UI_Node;
+
 // Three by three cells, one or none of which is marked, chosen by the mouse or moved by the arrow keys.
-class UI_PositionGridControl : public ui::UI_ControlView {
+class UI_PositionGridControl : public UI_ControlView {
  public:
   UI_PositionGridControl();
   ~UI_PositionGridControl() override;
@@ -14,6 +17,10 @@ class UI_PositionGridControl : public ui::UI_ControlView {
   zebcore::geom::PointT<int> GetValue() const;
   // As a person would: the value, then a report, also when it is the same cell; nothing when it is disabled.
   void Choose(const zebcore::geom::PointT<int>& cell);
+
+  // An arrow moves the mark by a cell and stops at the edge; without a mark it goes to the middle, as Space and Enter
+  // do, which else choose the marked cell again. Home and End go to the first and the last cell.
+  bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
 
  private:
   struct Grid;

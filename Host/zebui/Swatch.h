@@ -4,6 +4,9 @@
 
 namespace zebui::controls {
 
+using ui::UI_ControlView;
+using ui::UI_Node;
+
 // Red, green, blue and alpha from 0 to 1, in no particular colour space.
 struct UnManagedRGBA {
   float red = 0.0F;
@@ -14,7 +17,7 @@ struct UnManagedRGBA {
 };
 
 // A patch of colour that reports a click, Space or Enter.
-class UI_Swatch : public ui::UI_ControlView {
+class UI_Swatch : public UI_ControlView {
  public:
   UI_Swatch();
   ~UI_Swatch() override;
@@ -23,6 +26,8 @@ class UI_Swatch : public ui::UI_ControlView {
   void SetDisplayBorder(bool border);
   // As a person would; nothing when it is disabled.
   void Press();
+
+  bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
 
  private:
   struct Patch;

@@ -1,0 +1,128 @@
+#include "zebui/PaintedButton.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QMouseEvent>
+
+#include "zebui/Toolkit.h"
+
+namespace zebui::toolkit {
+
+namespace {
+
+constexpr qreal kHoverFill = 0.10;
+constexpr qreal kPressedFill = 0.20;
+constexpr qreal kOnFill = 0.16;
+constexpr qreal kRingWidth = 2.0;
+constexpr qreal kRingRadius = 3.5;
+constexpr int kKey_Space = 0x20;
+
+QColor Blend(const QColor& from, const QColor& to, qreal part) {
+  const auto mix = [part](int a, int b) { return static_cast<int>(std::lround(a + (b - a) * part)); };
+  return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
+}
+
+} // namespace
+
+ControlColors ColorsFor(const QPalette& palette, const ButtonLook& look) {
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  ControlColors colors;
+  if (!look.enabled) {
+    colors.ink = palette.color(QPalette::Disabled, QPalette::ButtonText);
+    colors.accent = colors.ink;
+    if (look.on)
+      colors.border = Blend(window, colors.ink, 0.5);
+    return colors;
+  }
+  colors.ink = palette.color(QPalette::Active, QPalette::ButtonText);
+  colors.accent = palette.color(QPalette::Active, QPalette::Link);
+  if (look.on) {
+    colors.fill = Blend(window, colors.accent, look.hovered || look.pressed ? kPressedFill : kOnFill);
+    colors.border = colors.accent;
+    // The accent itself comes too close to its own tint.
+    colors.accent = Blend(colors.accent, colors.ink, look.hovered || look.pressed ? 0.3 : 0.15);
+  } else if (look.pressed || look.hovered) {
+    colors.fill = Blend(window, colors.ink, look.pressed ? kPressedFill : kHoverFill);
+    colors.accent = Blend(colors.accent, colors.ink, look.pressed ? 0.35 : 0.15);
+  }
+  return colors;
+}
+
+void PaintFrame(QPainter& painter, const QRectF& rect, const QColor& color, qreal width, qreal radius) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+  painter.setBrush(Qt::NoBrush);
+  const QRectF inner = rect.adjusted(width / 2, width / 2, -width / 2, -width / 2);
+  if (radius > 0)
+    painter.drawRoundedRect(inner, radius, radius);
+  else
+    painter.drawRect(inner);
+  painter.restore();
+}
+
+void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette) {
+  PaintFrame(painter, rect, palette.color(QPalette::Active, QPalette::Link), kRingWidth, kRingRadius);
+}
+
+PaintedButton::PaintedButton(ui::UI_Node& owner, Paint paint, QWidget* parent)
+    : QPushButton(parent), mOwner(&owner), mPaint(std::move(paint)) {
+  setAutoDefault(false);
+  setAttribute(Qt::WA_Hover);
+  setMouseTracking(true);
+}
+
+void PaintedButton::Orphan() {
+  mOwner = nullptr;
+  mPaint = nullptr;
+  disconnect();
+}
+
+ButtonLook PaintedButton::GetLook() const {
+  return {isEnabled(), isEnabled() && underMouse(), isDown(), isChecked()};
+}
+
+bool PaintedButton::event(QEvent* event) {
+  const EventScope scope;
+  if (mOwner && DispatchKeyEvent(*mOwner, *event)) {
+    if (event->isAccepted())
+      return true;
+    const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+    const bool isTab = key == Qt::Key_Tab || key == Qt::Key_Backtab;
+    // The toolkit's buttons would take arrows too, and go to a neighbour.
+    return isTab && QPushButton::event(event);
+  }
+  return QPushButton::event(event);
+}
+
+void PaintedButton::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRectF whole = rect();
+  if (mPaint)
+    mPaint(painter, whole, GetLook());
+  if (hasFocus() || GetFocusWidget() == this)
+    PaintFocusRing(painter, whole, palette());
+}
+
+void PaintedButton::mouseMoveEvent(QMouseEvent* event) {
+  mPointer = event->position();
+  QPushButton::mouseMoveEvent(event);
+  update();
+}
+
+void PaintedButton::leaveEvent(QEvent* event) {
+  mPointer = {-1, -1};
+  QPushButton::leaveEvent(event);
+  update();
+}
+
+bool IsPressKey(const ui::KeyboardEvent& event) {
+  const bool isPhase = event.GetType() == ui::kKeyboardEvent_KeyDown || event.GetType() == ui::kKeyboardEvent_Shortcut;
+  constexpr ui::KeyboardCode kSpace{kKey_Space};
+  const bool isKey = event.CompareShortcut(kSpace, ui::kModKey_None) ||
+                     event.CompareShortcut(ui::kKeyboardCode_Enter, ui::kModKey_None);
+  return isPhase && isKey;
+}
+
+} // namespace zebui::toolkit
