@@ -15,22 +15,26 @@ struct CaptionFontRecord {
   UString styleName; // "Regular", "Bold Italic", "Light"
   UString fullName;
   bool isBold = false;
-  // The family can be switched to bold by this face's twin, or a bold one can be made of it.
+  // The family can be switched to bold by this face's twin, or a bold one can be made of its outlines; not of coloured
+  // pictures without a twin.
   bool boldSelectable = true;
   bool isItalic = false;
+  // The same for italic.
   bool italicSelectable = true;
 };
 
 struct TitlerFontFamily {
-  int id = 0;
+  int id = 0; // its place in the list, from 1
   UString name;
+  // Regular, Italic, Bold and Bold Italic first, as far as there are such; no two with one style name. Not null.
   const std::vector<const CaptionFontRecord*>* faces = nullptr;
 };
 
-// By the name as people sort it, in the machine's language.
+// In the order in which people of the machine's language sort names. The keys are for that order only.
 using TitlerFontList = std::map<UString, TitlerFontFamily>;
 
-// The scalable text families of this machine, found once; valid until SetTitlerFontList.
+// The scalable families of this machine, found once; valid until SetTitlerFontList. Families whose names start with a
+// dot are the system's own and left out.
 const TitlerFontList& GetTitlerFontList();
 
 struct FontFamilyDescription {
