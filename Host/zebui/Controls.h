@@ -43,6 +43,10 @@ class UI_TextEdit : public UI_InteractiveControlView {
   bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
   void UI_FocusChanged(ui::FocusChangeReason reason) override;
 
+ protected:
+  // A person changed the text. Interactively and as changed, both.
+  virtual void ReportEdit();
+
  private:
   struct Text;
   std::unique_ptr<Text> mText;

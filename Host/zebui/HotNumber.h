@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "zebui/Node.h"
 
 namespace zebui::controls {
@@ -18,12 +20,20 @@ template <class Value> class UI_HotEditControlBaseT : public ui::UI_InteractiveC
   bool IsValueUnknown() const;
   // What is on show.
   zebcore::UString GetText() const;
+  // As a person would, for whoever drives the program. Opens the field to be typed over; nothing while disabled.
+  void OpenEditor();
+  // Into the open editor; false if it is no value, and the editor stays.
+  bool EnterText(const zebcore::UString& text);
+
+  bool UI_DoKeyboardEvent(ui::UI_Node* focus, const ui::KeyboardEvent& event) override;
+  void UI_FocusChanged(ui::FocusChangeReason reason) override;
 
  protected:
   std::unique_ptr<HotNumberState> mState;
 };
 
-// A number in a hot field.
+// A number in a hot field. It steps by one in the last of its decimal places. What is typed may be arithmetic (see
+// NumberEntry.h); what is scrubbed, stepped or typed is rounded to the decimal places and brought between the bounds.
 template <class Value> class UI_HotTextNumberT : public UI_HotEditControlBaseT<Value> {
  public:
   UI_HotTextNumberT();
@@ -41,8 +51,8 @@ template <class Value> class UI_HotTextNumberT : public UI_HotEditControlBaseT<V
   void SetValue(Value value);
   // The last number set or entered, also while the value is unknown.
   Value GetValue() const;
-  // As a person would: starts a change, changes to the value as it is, and finishes; nothing when disabled. phases: the
-  // last phase that is reported.
+  // As a person would: starts a change, changes to the value, unrounded but between the bounds, and finishes; nothing
+  // when disabled. phases: the last phase that is reported; cancelled puts the old value back.
   void Enter(Value value, ui::UI_InteractiveControlChangedMessage::ChangeMessage phases =
                               ui::UI_InteractiveControlChangedMessage::kChange_Finished);
 };

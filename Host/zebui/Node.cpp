@@ -80,22 +80,17 @@ void Detach(UI_Node& node) {
   Dispose(widget);
 }
 
-nlohmann::json TraceArgs(const UI_Node& node) {
-  nlohmann::json args{{"class", TypeName(node)}};
-  if (!node.Impl().traceName.empty())
-    args["control"] = node.Impl().traceName;
-  return args;
-}
+} // namespace
 
 void TraceNode(const char* call, const UI_Node& node, const char* name, const nlohmann::json& value) {
   if (!zebcore::trace::IsOn())
     return;
-  nlohmann::json args = TraceArgs(node);
+  nlohmann::json args{{"class", TypeName(node)}};
+  if (!node.Impl().traceName.empty())
+    args["control"] = node.Impl().traceName;
   args[name] = value;
   zebcore::trace::Record(call, std::move(args));
 }
-
-} // namespace
 
 UI_Node* NodeOf(const QWidget* widget) {
   for (; widget; widget = widget->parentWidget()) {

@@ -39,6 +39,8 @@ class UI_Popup : public ui::UI_ControlView {
   // As a person would: the value, then a report, also when it is the same item; nothing when disabled.
   void Choose(std::int64_t index);
 
+  bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
+
  private:
   struct List;
   std::unique_ptr<List> mList;

@@ -91,8 +91,7 @@ struct UI_TextEdit::Text {
     if (!reporting)
       return;
     const toolkit::KeepAlive alive(owner);
-    owner.InteractivelyChanged();
-    owner.Changed();
+    owner.ReportEdit();
   }
 };
 
@@ -124,10 +123,14 @@ void UI_TextEdit::SetValue(const UString& text, bool notify) {
     return;
   // As a person: enters, changes, and leaves unless they were here before.
   const bool wasUnderWay = IsInteractiveChangeUnderWay();
-  InteractivelyChanged();
-  Changed();
+  ReportEdit();
   if (!wasUnderWay && !UI_HasKeyboardFocus(false))
     FinishInteractiveChange();
+}
+
+void UI_TextEdit::ReportEdit() {
+  InteractivelyChanged();
+  Changed();
 }
 
 UString UI_TextEdit::GetValue() const {
