@@ -29,7 +29,7 @@ constexpr std::int64_t kSecondSeekBackMilliseconds = 1000;
 constexpr std::int64_t kLastSeekBackMilliseconds = 60000;
 // The same for a picture that came out damaged, as one may whose references lie before the place that was sought.
 constexpr std::int64_t kLastSeekBackForDamageMilliseconds = 4000;
-// A file that ends so much before the end that it tells was cut off.
+// A file that ends so much before the end that it tells was cut off; so long a hole is a loss.
 constexpr std::int64_t kCutOffMilliseconds = 500;
 // So many errors in a row from a decoder that is only asked for what it still holds are taken for the end.
 constexpr int kErrorsAtEnd = 64;
@@ -301,13 +301,22 @@ struct FrameDecoder::Impl {
       if (damaged > current.timestamp && damaged <= target)
         return false;
     }
-    return next.IsThere() || !IsCutOffAt(target);
+    return next.IsThere() ? !IsHoleAt(target) : !IsCutOffAt(target);
+  }
+
+  std::int64_t EndOfCurrent() const {
+    return current.timestamp + std::max<std::int64_t>(current.frame->pkt_duration, FrameUnits());
+  }
+
+  // A broadcast sends its pictures one after another: where many are missing, they were lost on the way.
+  bool IsHoleAt(std::int64_t target) const {
+    return (format->iformat->flags & AVFMT_TS_DISCONT) != 0 && target >= EndOfCurrent() &&
+           next.timestamp - EndOfCurrent() > FromMilliseconds(kCutOffMilliseconds);
   }
 
   // Whether the file should hold pictures behind the last one, the time included.
   bool IsCutOffAt(std::int64_t target) const {
-    const std::int64_t duration = std::max(current.frame->pkt_duration, FrameUnits());
-    const std::int64_t end = current.timestamp + duration;
+    const std::int64_t end = EndOfCurrent();
     if (target < end)
       return false;
     if (brokenOff)
