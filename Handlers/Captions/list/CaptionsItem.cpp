@@ -236,6 +236,8 @@ void CaptionsItem::OnTextChangedInteractively(const UI_InteractiveControlChanged
 void CaptionsItem::CommitText(bool flag) {
   if (!mTextEdit)
     return;
+  // Whoever hears of the change may have all rows read again, this one included.
+  const boost::shared_ptr<CaptionsItem> keep = weak_from_this().lock();
   TextRange range;
   GetTextSelection(range);
   UString text = mTextEdit->GetValue();

@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include <boost/enable_shared_from_this.hpp>
+
 #include "Captions/shell/HostTypes.h"
 #include "UIF/HotTimecodeControl.h"
 #include "zebcore/Messaging.h"
@@ -21,7 +23,7 @@ class CaptionsTextEdit;
 // stream.
 //
 // The text is kept with single line feeds, and ranges count its units (see LineEnds.h).
-class CaptionsItem : public zebcore::messaging::Listener {
+class CaptionsItem : public zebcore::messaging::Listener, public boost::enable_shared_from_this<CaptionsItem> {
  public:
   CaptionsItem(CaptionsPane* pane, const boost::intrusive_ptr<Caption>& caption);
   ~CaptionsItem() override;
