@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QColorDialog>
 
+#include "DLG/ModalScope.h"
 #include "zebcore/Localizer.h"
 #include "zebcore/Trace.h"
-#include "zebui/NodeManager.h"
 #include "zebui/Toolkit.h"
 
 namespace DLG {
@@ -30,9 +30,8 @@ std::optional<UIF::Color> Ask(const UIF::Color& current) {
   dialog.setOption(QColorDialog::DontUseNativeDialog);
   dialog.setWindowTitle(
       toolkit::ToQt(zebcore::config::Localizer::Get().Localize("$$$/Vidra/DLG/ColorPicker/Title=Choose a Color")));
-  zebui::ui::UI_NodeManager::Get()->PushModalWindow();
+  const ModalScope modal;
   const bool accepted = dialog.exec() == QDialog::Accepted;
-  zebui::ui::UI_NodeManager::Get()->PopModalWindow();
   return accepted ? std::optional(FromQt(dialog.selectedColor())) : std::nullopt;
 }
 
