@@ -88,7 +88,7 @@ std::vector<CaptionsInspector::TickTime> CaptionsInspector::GetRowTimes() const 
   std::vector<TickTime> times;
   if (mPane && mPane->list) {
     for (const CaptionsRow& row : mPane->list->mItems)
-      times.push_back(row.item->mBeginTime);
+      times.push_back(row.time);
   }
   return times;
 }
