@@ -1,5 +1,7 @@
 #include "zebui/Menu.h"
 
+#include <algorithm>
+
 #include <cmath>
 
 #include <QMenu>
@@ -39,6 +41,11 @@ void OSMenu::SetItemCheckMark(std::size_t index, bool checked) {
     return;
   mItems[index].hasCheck = true;
   mItems[index].checked = checked;
+}
+
+std::size_t OSMenu::CountItems() const {
+  return static_cast<std::size_t>(
+      std::count_if(mItems.begin(), mItems.end(), [](const Item& item) { return !item.separator; }));
 }
 
 std::unique_ptr<OSMenu> CreateOSMenu() {
