@@ -40,8 +40,14 @@ TEST_F(DriveTest, EnterMakesALineThatIsStoredAsOneLineFeed) {
 TEST_F(DriveTest, TheTabKeyStaysOutOfACaption) {
   OpenCaptions({Caption(1, 2, "One")});
   Do("focus", {{"row", Seconds(1)}, {"part", "text"}});
-  Do("type", {{"key_name", "tab"}});
+  const Json inText{{"in", "row"}, {"row", Seconds(1)}, {"part", "text"}};
+  for (const int modifiers : {0, 2}) {
+    const Json answer = Do("type", {{"key_name", "tab"}, {"modifiers", modifiers}});
+    EXPECT_EQ(answer.at("used"), true) << modifiers;
+    EXPECT_EQ(answer.at("focus"), inText) << modifiers << ": the key goes no further, so the focus stays";
+  }
   EXPECT_EQ(Stream()[0].at("text"), "One");
+  EXPECT_EQ(Row(Seconds(1)).at("text_value"), "One");
 }
 
 TEST_F(DriveTest, EscapePutsTheTextBackAndTheFocusInThePane) {
