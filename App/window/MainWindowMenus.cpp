@@ -6,6 +6,7 @@
 #include <QDockWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 
 #include "App/session/Text.h"
 #include "App/window/Bin.h"
@@ -16,10 +17,16 @@
 #include "App/window/ImportFormatWindow.h"
 #include "App/window/Labels.h"
 #include "App/window/Settings.h"
+#include "App/window/Shortcuts.h"
 #include "BE/Project.h"
+#include "HSL/HostCommands.h"
 #include "HSL/Module.h"
+#include "UIF/CommandRouter.h"
+#include "UIF/ShortcutManager.h"
+#include "UIF/TabView.h"
 #include "UIF/Workspace.h"
 #include "zebcore/Localizer.h"
+#include "zebui/Toolkit.h"
 
 namespace App {
 
@@ -35,6 +42,36 @@ bool CanStep(bool (BE::Project::*canStep)() const) {
   return project && ((*project).*canStep)();
 }
 
+// The text that a shortcut is listed under serves the menus too.
+QString CommandLabel(const char* name) {
+  return Plain(ToQString(UIF::ShortcutManager::Instance()->GetCommandText(name)));
+}
+
+// The focus to the next open dock, or the one before.
+bool MoveToPanel(const QMainWindow& window, bool backwards) {
+  QList<QDockWidget*> docks;
+  qsizetype current = -1;
+  for (QDockWidget* dock : window.findChildren<QDockWidget*>()) {
+    if (dock->isHidden())
+      continue;
+    const QWidget* focus = zebui::toolkit::GetFocusWidget();
+    if (focus && dock->isAncestorOf(focus))
+      current = docks.size();
+    docks.append(dock);
+  }
+  if (docks.isEmpty())
+    return false;
+  const qsizetype count = docks.size();
+  const qsizetype start = current < 0 && backwards ? 0 : current;
+  QDockWidget* next = docks[(start + (backwards ? count - 1 : 1)) % count];
+  next->raise();
+  if (const UIF::TabView* view = UIF::Workspace::Instance()->FindTabView(FromQString(next->objectName())))
+    const_cast<UIF::TabView*>(view)->BringToFront(true, false);
+  else
+    zebui::toolkit::MoveFocus(next->widget(), zebui::ui::kFocusChange_Program);
+  return true;
+}
+
 // The languages are named in themselves.
 QString LanguageName(const std::string& language) {
   if (language == "en")
@@ -47,11 +84,13 @@ QString LanguageName(const std::string& language) {
 } // namespace
 
 void MainWindow::MakeMenus() {
+  shortcuts::Load();
   MakeFileMenu();
   MakeEditMenu();
   MakeCaptionsMenu();
   MakeWindowMenu();
   MakeHelpMenu();
+  shortcuts::Apply(*this);
   UpdateMenus();
 }
 
@@ -70,25 +109,33 @@ QAction* MainWindow::AddAction(QMenu* menu, std::string_view text, const QString
 
 void MainWindow::MakeFileMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/File=&File"));
-  AddAction(menu, "$$$/Vidra/Captivo/Menu/New=&New Project", QStringLiteral("new"), QKeySequence::New,
-            [this] { NewProject(); });
-  AddAction(menu, "$$$/Vidra/Captivo/Menu/Open=&Open Project…", QStringLiteral("open"), QKeySequence::Open,
-            [this] { ChooseProject(); });
+  const auto bind = [](QAction* action, ProgramCommand command) {
+    shortcuts::Bind(*action, command);
+    return action;
+  };
+  bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/New=&New Project", QStringLiteral("new"), {}, [this] { NewProject(); }),
+       ProgramCommand::New);
+  bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/Open=&Open Project…", QStringLiteral("open"), {},
+                 [this] { ChooseProject(); }),
+       ProgramCommand::Open);
   mRecentMenu = menu->addMenu(Label("$$$/Vidra/Captivo/Menu/OpenRecent=Open &Recent"));
   connect(mRecentMenu, &QMenu::aboutToShow, this, [this] { FillRecentMenu(); });
   menu->addSeparator();
-  mImportMedia = AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportMediaEntry=&Import Media…", QStringLiteral("import"),
-                           Qt::CTRL | Qt::Key_M, [this] { ChooseMedia(); });
-  mImportCaptions =
-      AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportCaptions=Import &Captions…", QStringLiteral("import-captions"),
-                Qt::CTRL | Qt::SHIFT | Qt::Key_I, [this] { ChooseCaptions(); });
-  mExportCaptions = AddAction(menu, "$$$/Vidra/Captivo/Menu/ExportCaptions=&Export Captions…", QStringLiteral("export"),
-                              Qt::CTRL | Qt::Key_E, [this] { ExportCaptions(); });
+  mImportMedia = bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportMediaEntry=&Import Media…",
+                                QStringLiteral("import"), {}, [this] { ChooseMedia(); }),
+                      ProgramCommand::ImportMedia);
+  mImportCaptions = bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/ImportCaptions=Import &Captions…",
+                                   QStringLiteral("import-captions"), {}, [this] { ChooseCaptions(); }),
+                         ProgramCommand::ImportCaptions);
+  mExportCaptions = bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/ExportCaptions=&Export Captions…",
+                                   QStringLiteral("export"), {}, [this] { ExportCaptions(); }),
+                         ProgramCommand::ExportCaptions);
   menu->addSeparator();
-  mSaveAs = AddAction(menu, "$$$/Vidra/Captivo/Menu/SaveAs=Save Project &As…", {}, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
-                      [this] { SaveProjectAs(); });
+  mSaveAs =
+      bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/SaveAs=Save Project &As…", {}, {}, [this] { SaveProjectAs(); }),
+           ProgramCommand::SaveAs);
   menu->addSeparator();
-  AddAction(menu, "$$$/Vidra/Captivo/Menu/Quit=&Quit", {}, Qt::CTRL | Qt::Key_Q, [this] { close(); });
+  bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/Quit=&Quit", {}, {}, [this] { close(); }), ProgramCommand::Quit);
 }
 
 void MainWindow::FillRecentMenu() {
@@ -110,34 +157,44 @@ void MainWindow::FillRecentMenu() {
 
 void MainWindow::MakeEditMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Edit=&Edit"));
-  mUndo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Undo=&Undo", QStringLiteral("undo"), QKeySequence::Undo,
+  mUndo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Undo=&Undo", QStringLiteral("undo"), {},
                     [] { Session::Instance().Undo(); });
   mRedo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Redo=&Redo", QStringLiteral("redo"), {},
                     [] { Session::Instance().Redo(); });
-  mRedo->setShortcuts({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
+  shortcuts::Bind(*mUndo, HSL::kCommand_Undo);
+  shortcuts::Bind(*mRedo, HSL::kCommand_Redo);
   menu->addSeparator();
 
   struct Entry {
     EditCommand command;
     const char* text;
-    QKeySequence keys;
   };
-  // Delete has no shortcut of its own: the key means captions in the list and letters in a text, and goes there.
   const Entry entries[] = {
-      {EditCommand::Cut, "$$$/Vidra/Captivo/Menu/Cut=Cu&t", QKeySequence::Cut},
-      {EditCommand::Copy, "$$$/Vidra/Captivo/Menu/Copy=&Copy", QKeySequence::Copy},
-      {EditCommand::Paste, "$$$/Vidra/Captivo/Menu/Paste=&Paste", QKeySequence::Paste},
-      {EditCommand::Delete, "$$$/Vidra/Captivo/Menu/Delete=&Delete", {}},
-      {EditCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAll=Select &All", QKeySequence::SelectAll},
+      {EditCommand::Cut, "$$$/Vidra/Captivo/Menu/Cut=Cu&t"},
+      {EditCommand::Copy, "$$$/Vidra/Captivo/Menu/Copy=&Copy"},
+      {EditCommand::Paste, "$$$/Vidra/Captivo/Menu/Paste=&Paste"},
+      {EditCommand::Delete, "$$$/Vidra/Captivo/Menu/Delete=&Delete"},
+      {EditCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAll=Select &All"},
   };
   std::vector<std::pair<QAction*, std::function<bool()>>> actions{
       {mUndo, [] { return CanStep(&BE::Project::CanUndo); }}, {mRedo, [] { return CanStep(&BE::Project::CanRedo); }}};
   for (const Entry& entry : entries) {
     const EditCommand command = entry.command;
-    actions.emplace_back(AddAction(menu, entry.text, {}, entry.keys, [command] { ObeyEditCommand(command); }),
-                         [command] { return IsEditCommandEnabled(command); });
+    QAction* action = AddAction(menu, entry.text, {}, {}, [command] { ObeyEditCommand(command); });
+    shortcuts::Bind(*action, static_cast<int>(command));
+    actions.emplace_back(action, [command] { return IsEditCommandEnabled(command); });
   }
   EnableWhileOpen(menu, std::move(actions));
+  menu->addSeparator();
+  QAction* find = menu->addAction(CommandLabel("cmd.find.box"));
+  shortcuts::Bind(*find, HSL::kCommand_FindBox);
+  connect(find, &QAction::triggered, this, [] { UIF::RouteCommand(HSL::kCommand_FindBox); });
+  menu->addSeparator();
+  QAction* edit = AddAction(menu, "$$$/Vidra/Captivo/Menu/EditShortcuts=&Keyboard Shortcuts…", {}, {}, [this] {
+    if (shortcuts::Edit(this))
+      shortcuts::Apply(*this);
+  });
+  shortcuts::Bind(*edit, ProgramCommand::EditShortcuts);
 }
 
 void MainWindow::EnableWhileOpen(QMenu* menu, std::vector<std::pair<QAction*, std::function<bool()>>> entries) {
@@ -180,31 +237,37 @@ void MainWindow::AddCaptionEntries(QMenu* menu) {
   struct Entry {
     CaptionCommand command;
     const char* text;
-    QKeySequence keys;
     bool beginsGroup;
   };
-  // Select All has its shortcut in the Edit menu.
   const Entry entries[] = {
-      {CaptionCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAllCaptions=&Select All Captions", {}, false},
-      {CaptionCommand::MusicNote, "$$$/Vidra/Captivo/Menu/MusicNote=Insert &Music Note",
-       Qt::CTRL | Qt::SHIFT | Qt::Key_M, false},
-      {CaptionCommand::Bold, "$$$/Vidra/Captivo/Menu/Bold=&Bold", QKeySequence::Bold, true},
-      {CaptionCommand::Italic, "$$$/Vidra/Captivo/Menu/Italic=&Italic", QKeySequence::Italic, false},
-      {CaptionCommand::Underline, "$$$/Vidra/Captivo/Menu/Underline=Under&line", QKeySequence::Underline, false},
-      {CaptionCommand::AlignLeft, "$$$/Vidra/Captivo/Menu/AlignLeft=Align L&eft", Qt::CTRL | Qt::SHIFT | Qt::Key_L,
-       true},
-      {CaptionCommand::AlignCenter, "$$$/Vidra/Captivo/Menu/AlignCenter=Align &Center",
-       Qt::CTRL | Qt::SHIFT | Qt::Key_E, false},
-      {CaptionCommand::AlignRight, "$$$/Vidra/Captivo/Menu/AlignRight=Align &Right", Qt::CTRL | Qt::SHIFT | Qt::Key_R,
-       false},
+      {CaptionCommand::Add, "$$$/Vidra/Captivo/Menu/AddCaption=&Add Caption", false},
+      {CaptionCommand::Delete, "$$$/Vidra/Captivo/Menu/DeleteCaptions=Dele&te Captions", false},
+      {CaptionCommand::Next, "$$$/Vidra/Captivo/Menu/NextCaption=Ne&xt Caption", true},
+      {CaptionCommand::Previous, "$$$/Vidra/Captivo/Menu/PreviousCaption=&Previous Caption", false},
+      {CaptionCommand::First, "$$$/Vidra/Captivo/Menu/FirstCaption=&First Caption", false},
+      {CaptionCommand::Last, "$$$/Vidra/Captivo/Menu/LastCaption=Last Captio&n", false},
+      {CaptionCommand::SelectAll, "$$$/Vidra/Captivo/Menu/SelectAllCaptions=&Select All Captions", false},
+      {CaptionCommand::MusicNote, "$$$/Vidra/Captivo/Menu/MusicNote=Insert &Music Note", true},
+      {CaptionCommand::Bold, "$$$/Vidra/Captivo/Menu/Bold=&Bold", true},
+      {CaptionCommand::Italic, "$$$/Vidra/Captivo/Menu/Italic=&Italic", false},
+      {CaptionCommand::Underline, "$$$/Vidra/Captivo/Menu/Underline=Under&line", false},
+      {CaptionCommand::AlignLeft, "$$$/Vidra/Captivo/Menu/AlignLeft=Align L&eft", true},
+      {CaptionCommand::AlignCenter, "$$$/Vidra/Captivo/Menu/AlignCenter=Align &Center", false},
+      {CaptionCommand::AlignRight, "$$$/Vidra/Captivo/Menu/AlignRight=Align &Right", false},
+      {CaptionCommand::TextColor, "$$$/Vidra/HSL/Command/TextColor=Edit Text Color", true},
+      {CaptionCommand::BackgroundColor, "$$$/Vidra/HSL/Command/BackgroundColor=Edit Background Color", false},
+      {CaptionCommand::EdgeColor, "$$$/Vidra/HSL/Command/EdgeColor=Edit Edge Color", false},
+      {CaptionCommand::ImportSettings, "$$$/Vidra/HSL/Command/ImportSettings=Import Settings…", true},
+      {CaptionCommand::ExportSettings, "$$$/Vidra/HSL/Command/ExportSettings=Export Settings…", false},
   };
   std::vector<std::pair<QAction*, std::function<bool()>>> actions;
   for (const Entry& entry : entries) {
     if (entry.beginsGroup)
       menu->addSeparator();
     const CaptionCommand command = entry.command;
-    actions.emplace_back(AddAction(menu, entry.text, {}, entry.keys, [command] { ObeyCaptionCommand(command); }),
-                         [command] { return IsCaptionCommandEnabled(command); });
+    QAction* action = AddAction(menu, entry.text, {}, {}, [command] { ObeyCaptionCommand(command); });
+    shortcuts::Bind(*action, static_cast<int>(command));
+    actions.emplace_back(action, [command] { return IsCaptionCommandEnabled(command); });
   }
   EnableWhileOpen(menu, std::move(actions));
 }
@@ -237,6 +300,23 @@ void MainWindow::FillStreamFormats(QMenu* menu, const Clip& clip,
 void MainWindow::MakeWindowMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Window=&Window"));
   connect(menu, &QMenu::aboutToShow, this, [this, menu] { FillWindowMenu(menu); });
+
+  // The panel is asked first, through its handler; it hands the movement back to the program.
+  const QPointer<MainWindow> window = this;
+  HSL::Handler::SetPanelMovementHook([window](HSL::Handler::PanelMovement movement) {
+    if (!window || movement == HSL::Handler::PanelMovement::FindBox)
+      return false;
+    return MoveToPanel(*window, movement == HSL::Handler::PanelMovement::PreviousPanel);
+  });
+  for (const int command : {HSL::kCommand_NextPanel, HSL::kCommand_PreviousPanel}) {
+    auto* move = new QAction(this);
+    addAction(move);
+    shortcuts::Bind(*move, command);
+    connect(move, &QAction::triggered, this, [this, command] {
+      if (!UIF::RouteCommand(command) && mCaptionsHandler)
+        mCaptionsHandler->ObeyCommand(UIF::Command(command));
+    });
+  }
 }
 
 void MainWindow::FillWindowMenu(QMenu* menu) {
@@ -290,8 +370,9 @@ void MainWindow::SetLanguage(const std::string& language) {
 
 void MainWindow::MakeHelpMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Help=&Help"));
-  AddAction(menu, "$$$/Vidra/Captivo/Menu/Keyboard=&Keyboard", {}, QKeySequence::HelpContents,
-            [this] { ShowKeyboard(this); });
+  QAction* keyboard =
+      AddAction(menu, "$$$/Vidra/Captivo/Menu/Keyboard=&Keyboard", {}, {}, [this] { ShowKeyboard(this); });
+  shortcuts::Bind(*keyboard, ProgramCommand::Keyboard);
   AddAction(menu, "$$$/Vidra/Captivo/Menu/About=&About Captivo", {}, {}, [this] { ShowAbout(this); });
 }
 

@@ -14,6 +14,9 @@ bool RouteCommand(int id);
 // True if anyone answers for it; enabled is false if nobody does.
 bool FindStatus(int id, bool& enabled, bool& marked, MenuMark& mark, UString& name);
 bool FindStatus(int id, bool& enabled);
+// The same with the chain that begins at a tab view, whoever is on duty; null: as above.
+bool RouteCommand(TabView* view, int id);
+bool FindStatus(TabView* view, int id, bool& enabled, bool& marked, MenuMark& mark, UString& name);
 
 // The tab view that the user works in; null for none. It follows the focus; a panel whose focus vanished stays on duty.
 TabView* GetTabViewOnDuty();

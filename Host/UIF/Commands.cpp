@@ -12,8 +12,8 @@ namespace {
 
 Application* sApplication = nullptr;
 
-template <class Visit> bool WalkChain(Visit&& visit) {
-  Commander* commander = GetTabViewOnDuty();
+template <class Visit> bool WalkChain(TabView* view, Visit&& visit) {
+  Commander* commander = view ? view : GetTabViewOnDuty();
   if (!commander)
     commander = Application::Instance().GetCommander();
   for (; commander; commander = commander->GetSuperCommander()) {
@@ -68,8 +68,12 @@ Commander* Application::GetCommander() {
 }
 
 bool RouteCommand(int id) {
+  return RouteCommand(nullptr, id);
+}
+
+bool RouteCommand(TabView* view, int id) {
   const Command command(id);
-  return WalkChain([&](Commander& commander) {
+  return WalkChain(view, [&](Commander& commander) {
     bool obeyed = false;
     Guard("CommandHandler::ObeyCommand", [&] { obeyed = commander.ObeyCommand(command); });
     return obeyed;
@@ -77,10 +81,14 @@ bool RouteCommand(int id) {
 }
 
 bool FindStatus(int id, bool& enabled, bool& marked, MenuMark& mark, UString& name) {
+  return FindStatus(nullptr, id, enabled, marked, mark, name);
+}
+
+bool FindStatus(TabView* view, int id, bool& enabled, bool& marked, MenuMark& mark, UString& name) {
   enabled = false;
   marked = false;
   mark = MenuMark::None;
-  return WalkChain([&](Commander& commander) {
+  return WalkChain(view, [&](Commander& commander) {
     bool answered = false;
     Guard("CommandHandler::FindCommandStatus",
           [&] { answered = commander.FindCommandStatus(id, enabled, marked, mark, name); });

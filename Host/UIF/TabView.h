@@ -35,6 +35,8 @@ class TabView : public ViewBase {
   const UString& GetTabViewID() const { return mID; }
   const UString& GetName() const { return mName; }
   WorkspaceFrame* GetFrame() const { return mFrame; }
+  // The menu behind the panel's title; empty for none.
+  std::string GetWingMenu() const { return GetWingMenuName(); }
 
  protected:
   virtual std::string GetWingMenuName() const;

@@ -47,6 +47,10 @@ void KeyModifiers::SetCurrent(KeyModifiers modifiers) {
   sModifiers = modifiers;
 }
 
+std::optional<KeyModifiers> KeyModifiers::ReplaceCurrent(std::optional<KeyModifiers> modifiers) {
+  return std::exchange(sModifiers, modifiers);
+}
+
 ViewBase::ViewBase(Commander* super) : Commander(super), mImpl(std::make_unique<ViewImpl>()) {}
 
 ViewBase::~ViewBase() {

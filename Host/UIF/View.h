@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
@@ -28,6 +29,8 @@ class KeyModifiers {
   static KeyModifiers GetCurrent();
   // What GetCurrent answers from now on; for whoever drives the program.
   static void SetCurrent(KeyModifiers modifiers);
+  // The same for a while: answers what held before, nothing for the keyboard itself, for giving it back.
+  static std::optional<KeyModifiers> ReplaceCurrent(std::optional<KeyModifiers> modifiers);
   constexpr bool Has(std::uint8_t flag) const { return (mFlags & flag) != 0; }
   constexpr std::uint8_t GetFlags() const { return mFlags; }
 
