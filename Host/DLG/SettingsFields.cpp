@@ -48,15 +48,14 @@ UIF::Color ToBytes(const CaptioningColor& color) {
   return UIF::ZEBConversionUtilities::ZEBColorRGBAtoKSLColor({color.red, color.green, color.blue, color.alpha});
 }
 
-QIcon ColorIcon(const UIF::Color& color, bool own) {
+QIcon ColorIcon(const UIF::Color& color) {
   QIcon icon;
   for (const int scale : {1, 2}) {
     QPixmap picture(QSize(16, 16) * scale);
     picture.setDevicePixelRatio(scale);
     picture.fill(Qt::gray);
     QPainter painter(&picture);
-    if (own)
-      painter.fillRect(1, 1, 14, 14, QColor(color.red, color.green, color.blue));
+    painter.fillRect(1, 1, 14, 14, QColor(color.red, color.green, color.blue));
     icon.addPixmap(picture);
   }
   return icon;
@@ -185,7 +184,7 @@ void ColorField::Ask() {
 void ColorField::Show() {
   const UIF::Color color = ToBytes(mColor);
   mButton->setEnabled(mOwn->isChecked());
-  mButton->setIcon(ColorIcon(color, mOwn->isChecked()));
+  mButton->setIcon(mOwn->isChecked() ? ColorIcon(color) : QIcon());
   mButton->setText(mOwn->isChecked() ? QColor(color.red, color.green, color.blue).name().toUpper()
                                      : Label("$$$/Vidra/DLG/Settings/StreamColor=As the stream"));
 }

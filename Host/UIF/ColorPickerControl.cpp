@@ -159,9 +159,14 @@ struct ColorPickerControl::Impl {
     const bool strong = look.hovered || look.pressed;
     painter.save();
     painter.setOpacity(look.enabled ? 1.0 : 0.4);
-    painter.fillRect(outer.adjusted(2, 2, -2, -2), ToQt(color));
+    // The ring of the focus takes the place of the frame and wants a gap inside it.
+    const qreal inset = look.focused ? 3 : 2;
+    const QRectF inner = outer.adjusted(inset, inset, -inset, -inset);
+    painter.fillRect(inner, ToQt(color));
     painter.restore();
-    toolkit::PaintFrame(painter, outer.adjusted(1, 1, -1, -1), palette.color(QPalette::Active, QPalette::Window), 1, 0);
+    toolkit::PaintFrame(painter, inner.adjusted(-1, -1, 1, 1), palette.color(QPalette::Active, QPalette::Window), 1, 0);
+    if (look.focused)
+      return;
     toolkit::PaintFrame(painter, outer,
                         strong ? colors.accent : palette.color(QPalette::Disabled, QPalette::WindowText),
                         strong ? 2 : 1, 2);

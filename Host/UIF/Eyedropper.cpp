@@ -1,7 +1,7 @@
 #include "UIF/Eyedropper.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -40,18 +40,26 @@ QImage Picture(QScreen& screen) {
   return picture;
 }
 
+// Where windows may be put anywhere, the covers leave the active window and its focus alone.
+bool CoversByPlace() {
+  return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+Qt::WindowFlags WindowType() {
+  return CoversByPlace() ? Qt::ToolTip | Qt::BypassWindowManagerHint : Qt::WindowFlags(Qt::Window);
+}
+
 } // namespace
 
 class Eyedropper::Screen : public QWidget {
  public:
   Screen(Eyedropper& eyedropper, QScreen& screen)
-      : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::BypassWindowManagerHint),
-        mEyedropper(eyedropper), mPicture(Picture(screen)) {
+      : QWidget(nullptr, WindowType() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), mEyedropper(eyedropper),
+        mPicture(Picture(screen)) {
     setScreen(&screen);
     setGeometry(screen.geometry());
     setCursor(Qt::CrossCursor);
     setMouseTracking(true);
-    setAttribute(Qt::WA_ShowWithoutActivating, false);
     setAccessibleName(toolkit::ToQt(
         zebcore::config::Localizer::Get().Localize("$$$/Vidra/UIF/ColorPicker/Picking=Pick a color from the screen")));
     mPointer = mapFromGlobal(QCursor::pos());
@@ -175,15 +183,18 @@ Eyedropper::Eyedropper(Done done) : mDone(std::move(done)) {
   for (QScreen* screen : QGuiApplication::screens())
     mScreens.push_back(std::make_unique<Screen>(*this, *screen));
   for (const auto& screen : mScreens)
-    screen->show();
+    CoversByPlace() ? screen->show() : screen->showFullScreen();
   if (mScreens.empty())
     return;
   const auto under =
       std::ranges::find_if(mScreens, [](const auto& screen) { return screen->geometry().contains(QCursor::pos()); });
   Screen& first = under != mScreens.end() ? **under : *mScreens.front();
   first.raise();
-  first.activateWindow();
   first.grabKeyboard();
+  QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &first, [this](Qt::ApplicationState state) {
+    if (state != Qt::ApplicationActive)
+      Finish(std::nullopt);
+  });
 }
 
 Eyedropper::~Eyedropper() {

@@ -4,8 +4,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
-
-#include <QObject>
+#include <vector>
 
 #include "UIF/Drawing.h"
 

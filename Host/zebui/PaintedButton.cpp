@@ -23,6 +23,16 @@ QColor Blend(const QColor& from, const QColor& to, qreal part) {
   return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
+// A key that is held down presses once.
+bool IsRepeatedPress(QEvent& event) {
+  if (event.type() != QEvent::KeyPress || !static_cast<QKeyEvent&>(event).isAutoRepeat())
+    return false;
+  const bool isPress = IsPressKey(ToKeyboardEvent(static_cast<QKeyEvent&>(event), ui::kKeyboardEvent_KeyDown));
+  if (isPress)
+    event.accept();
+  return isPress;
+}
+
 } // namespace
 
 ControlColors ColorsFor(const QPalette& palette, const ButtonLook& look) {
@@ -80,11 +90,13 @@ void PaintedButton::Orphan() {
 }
 
 ButtonLook PaintedButton::GetLook() const {
-  return {isEnabled(), isEnabled() && underMouse(), isDown(), isChecked()};
+  return {isEnabled(), isEnabled() && underMouse(), isDown(), isChecked(), hasFocus() || GetFocusWidget() == this};
 }
 
 bool PaintedButton::event(QEvent* event) {
   const EventScope scope;
+  if (IsRepeatedPress(*event))
+    return true;
   if (mOwner && DispatchKeyEvent(*mOwner, *event)) {
     if (event->isAccepted())
       return true;
@@ -101,7 +113,7 @@ void PaintedButton::paintEvent(QPaintEvent*) {
   const QRectF whole = rect();
   if (mPaint)
     mPaint(painter, whole, GetLook());
-  if (hasFocus() || GetFocusWidget() == this)
+  if (GetLook().focused)
     PaintFocusRing(painter, whole, palette());
 }
 

@@ -15,6 +15,7 @@ struct ButtonLook {
   bool hovered = false;
   bool pressed = false;
   bool on = false;
+  bool focused = false;
 };
 
 // What a flat control is drawn with on the window's background. Ink and accent have a contrast of at least 4.5 to 1 on
@@ -32,7 +33,8 @@ void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palet
 // Sharp at every scale of the screen: the frame of a rectangle, one device pixel or more wide, inside it.
 void PaintFrame(QPainter& painter, const QRectF& rect, const QColor& color, qreal width, qreal radius);
 
-// A node's button. Keys go through the node, which answers Space and Enter by IsPressKey; a click does what clicked is
+// A node's button. Keys go through the node, which answers Space and Enter by IsPressKey, once for each time that they
+// are held down; a click does what clicked is
 // connected to. Being checked is up to the control, a click leaves it alone.
 class PaintedButton : public QPushButton {
  public:

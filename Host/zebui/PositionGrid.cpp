@@ -91,7 +91,7 @@ struct UI_PositionGridControl::Grid {
       const QRectF full = measures.RectOf(at);
       const qreal inset = std::floor(full.width() / 4);
       if (at == cell)
-        painter.fillRect(full.adjusted(-1, -1, 1, 1), look.enabled ? colors.accent : weak);
+        painter.fillRect(full, look.enabled ? colors.accent : weak);
       else if (at == pointed)
         painter.fillRect(full, look.pressed ? colors.accent : colors.ink);
       else

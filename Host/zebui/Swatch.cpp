@@ -43,14 +43,18 @@ struct UI_Swatch::Patch {
     painter.save();
     if (!look.enabled)
       painter.setOpacity(0.4);
-    const qreal inset = border ? 2.0 : 0.0;
+    // The ring of the focus takes the place of the frame and wants a gap inside it.
+    const qreal inset = look.focused ? 3.0 : border ? 2.0 : 0.0;
     const QRectF inner = rect.adjusted(inset, inset, -inset, -inset);
     const QColor shown = ToColor(color);
     if (shown.alpha() < 255)
       PaintCheckerboard(painter, inner);
     painter.fillRect(inner, shown);
     painter.restore();
-    if (!border)
+    if (look.focused)
+      toolkit::PaintFrame(painter, inner.adjusted(-1, -1, 1, 1), palette.color(QPalette::Active, QPalette::Window), 1,
+                          0);
+    if (!border || look.focused)
       return;
     // Two lines, so that one of them stands out whatever the colour.
     toolkit::PaintFrame(painter, inner.adjusted(-1, -1, 1, 1), palette.color(QPalette::Active, QPalette::Window), 1, 0);
