@@ -173,9 +173,12 @@ TEST_F(PaneGesture, AButtonThatIsLetGoAboveThePaneCountsAsBelowTheRows) {
 
 TEST_F(PaneGesture, AClickOnARowForgetsTheCaretInItsText) {
   OpenRows(3);
-  List().SetTextSelection({1, 2});
-  Click(1);
-  EXPECT_EQ(Caret(), kTextRange_Whole);
+  for (const std::uint8_t modifiers : {std::uint8_t{0}, kToggle, kExtend}) {
+    List().SetTextSelection({1, 2});
+    Click(1, modifiers);
+    EXPECT_EQ(Caret(), kTextRange_Whole) << int{modifiers};
+    EXPECT_EQ(SelectedBegins(), (Times{1}));
+  }
 }
 
 TEST_F(PaneGesture, AClickBelowTheRowsForgetsTheCaretAndPublishesTheFormatOfNothing) {
