@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -93,21 +94,43 @@ class ClipObject : public MasterClip, public IVideoSegments {
 
 class TrackItemObject : public TrackItem {
  public:
-  TrackItemObject(std::string id, const InterfaceRef<ClipObject>& clip, TickTime start, bool video, bool audio);
-  TickTime GetStart() const override { return mStart; }
-  TickTime GetEnd() const override { return mStart + mClip->GetMediaInfo().duration; }
+  TrackItemObject(std::string id, const InterfaceRef<ClipObject>& clip, const ItemRecord& record);
+  TickTime GetStart() const override { return mRecord.start; }
+  TickTime GetEnd() const override;
   // The video clip if the item shows the video, else the audio clip; the first that there is.
   InterfaceRef<IClip> GetClip() const override;
   std::string GetID() const override { return mID; }
-  bool HasVideo() const override { return mVideo; }
-  bool HasAudio() const override { return mAudio; }
+  bool HasVideo() const override { return mRecord.video; }
+  bool HasAudio() const override { return mRecord.audio; }
+  int GetTrack() const override { return mRecord.track; }
+  TickTime GetIn() const override { return mRecord.in; }
+
+  const ItemRecord& GetRecord() const { return mRecord; }
+  void SetRecord(const ItemRecord& record) { mRecord = record; }
+  const InterfaceRef<ClipObject>& GetClipObject() const { return mClip; }
 
  private:
   std::string mID;
   InterfaceRef<ClipObject> mClip;
-  TickTime mStart;
-  bool mVideo;
-  bool mAudio;
+  ItemRecord mRecord;
+};
+
+class TransitionObject : public Transition {
+ public:
+  TransitionObject(std::string id, const InterfaceRef<TrackItemObject>& left,
+                   const InterfaceRef<TrackItemObject>& right, const TransitionRecord& record);
+  std::string GetID() const override { return mID; }
+  InterfaceRef<TrackItem> GetLeft() const override { return mLeft; }
+  InterfaceRef<TrackItem> GetRight() const override { return mRight; }
+  TickTime GetStart() const override;
+  TickTime GetEnd() const override { return GetStart() + mRecord.duration; }
+  const TransitionRecord& GetRecord() const { return mRecord; }
+
+ private:
+  std::string mID;
+  InterfaceRef<TrackItemObject> mLeft;
+  InterfaceRef<TrackItemObject> mRight;
+  TransitionRecord mRecord;
 };
 
 // The sound of a sequence.
@@ -127,8 +150,8 @@ class SequenceAudioObject : public IClip {
 // A sequence, which is at once its own master clip.
 class SequenceObject : public Sequence, public IMasterClip, public IClip, public IVideoSegments {
  public:
-  SequenceObject(ProjectObject* project, const std::string& tag, SequenceRecord record,
-                 std::vector<InterfaceRef<ClipObject>> clips);
+  // Throws if a part refers to what is not there.
+  SequenceObject(ProjectObject* project, const std::string& tag, SequenceRecord record);
   ~SequenceObject() override;
 
   UString GetName() const override { return mRecord.name; }
@@ -157,22 +180,40 @@ class SequenceObject : public Sequence, public IMasterClip, public IClip, public
 
   std::string GetID() const override { return mID; }
   std::vector<InterfaceRef<TrackItem>> GetItems() const override;
+  std::vector<InterfaceRef<Transition>> GetTransitions() const override;
   InterfaceRef<Project> GetProject() const override;
   void SetVideoFrameRate(FrameRate rate) override;
   void SetTimeDisplays(TimeDisplay video, TimeDisplay audio) override;
+  void SetSettings(FrameRate rate, TimeDisplay video, TimeDisplay audio) override;
 
+  // Without its parts, which are asked one by one.
+  const SequenceRecord& GetRecord() const { return mRecord; }
+  bool IsRemoved() const { return mRecord.removed; }
+  void SetRemoved(bool removed) { mRecord.removed = removed; }
+  const ProjectObject* GetProjectObject() const { return mProject; }
+  const std::map<ObjectNumber, InterfaceRef<TrackItemObject>>& GetItemObjects() const { return mItems; }
+  const std::map<ObjectNumber, InterfaceRef<TransitionObject>>& GetTransitionObjects() const { return mTransitions; }
+  // Changes the parts and says nothing.
+  void Apply(const std::vector<SequencePartDelta>& deltas, bool forward);
+  void ReportParts();
   void Detach() { mProject = nullptr; }
 
  private:
-  void ReportChange(const char* property);
+  void PutItem(const ItemRecord& record);
+  void PutTransition(const TransitionRecord& record);
+  void FindSound();
+  void ReportSettings();
+  void Report(const char* property);
 
   ProjectObject* mProject;
+  std::string mTag;
   std::string mID;
   SequenceRecord mRecord;
   zebcore::utility::ImmutableString mStation;
   zebcore::utility::Guid mContent;
-  std::vector<InterfaceRef<ClipObject>> mClips; // one for each item
-  std::vector<InterfaceRef<TrackItemObject>> mItems;
+  std::map<ObjectNumber, InterfaceRef<TrackItemObject>> mItems;
+  std::map<ObjectNumber, InterfaceRef<TrackItemObject>> mGoneItems; // whoever holds one meets it again after undo
+  std::map<ObjectNumber, InterfaceRef<TransitionObject>> mTransitions;
   InterfaceRef<SequenceAudioObject> mAudio; // null if no item has sound
 };
 

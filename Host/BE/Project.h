@@ -17,6 +17,7 @@ class CaptioningStream;
 class MasterClip;
 class Sequence;
 class TrackItem;
+class Transition;
 class OpenChange;
 
 // Failure that a person can do something about: what happened, to what, and what to do.
@@ -104,10 +105,39 @@ class Project : public IProject, public INotification {
     TickTime start;
     bool video = true;
     bool audio = true;
+    int track = 0;          // from 0, of video and audio alike
+    TickTime in = {};       // from the clip's first frame to the first one that is shown
+    TickTime duration = {}; // 0: all that follows of the clip
   };
+  // Adding a sequence is no step of the history, removing one is.
   virtual InterfaceRef<Sequence> AddSequence(const UString& name, FrameRate videoRate, FrameRate audioRate,
                                              const std::vector<SequenceItem>& items) = 0;
   virtual std::vector<InterfaceRef<Sequence>> GetSequences() const = 0;
+  virtual InterfaceRef<Sequence> FindSequence(const std::string& id) const = 0;
+  virtual void RemoveSequence(const InterfaceRef<Sequence>& sequence) = 0;
+
+  // Edits of a sequence: one undoable step each, reported on the sequence's station. What is put or moved onto a track
+  // takes the place of what lies there, which is cut or goes; transitions go with the cut they lie on. Nothing begins
+  // before zero. Null and foreign objects are left out; in a read-only project nothing happens.
+  struct ItemPlace {
+    InterfaceRef<TrackItem> item;
+    TickTime start;
+    int track = 0;
+  };
+  virtual InterfaceRef<TrackItem> InsertItem(const InterfaceRef<Sequence>& sequence, const SequenceItem& item,
+                                             const UString& stepName) = 0;
+  virtual void MoveItems(const InterfaceRef<Sequence>& sequence, const std::vector<ItemPlace>& places,
+                         const UString& stepName) = 0;
+  virtual void RemoveItems(const InterfaceRef<Sequence>& sequence, const std::vector<InterfaceRef<TrackItem>>& items,
+                           const UString& stepName) = 0;
+  // Between two items of one video track that meet, in place of one that is there. It is no longer than the shorter of
+  // the two. Null if they do not meet.
+  virtual InterfaceRef<Transition> AddTransition(const InterfaceRef<Sequence>& sequence,
+                                                 const InterfaceRef<TrackItem>& left,
+                                                 const InterfaceRef<TrackItem>& right, TickTime duration,
+                                                 const UString& stepName) = 0;
+  virtual void RemoveTransition(const InterfaceRef<Sequence>& sequence, const InterfaceRef<Transition>& transition,
+                                const UString& stepName) = 0;
 
   // Streams. Each of these is one undoable step. Adding a format that the clip already holds is a problem, and so is
   // any change of captions or streams in a read-only project, where those that report no problem do nothing.
@@ -170,9 +200,13 @@ class Sequence : public ISequence, public INotification {
  public:
   virtual std::string GetID() const = 0;
   virtual std::vector<InterfaceRef<TrackItem>> GetItems() const = 0;
+  virtual std::vector<InterfaceRef<Transition>> GetTransitions() const = 0;
   virtual InterfaceRef<Project> GetProject() const = 0;
+  // Settings are no steps of the history. A change is reported by BE::PropertiesChangedMessage on the sequence's
+  // station and by MZ::SequenceSettingsChangedMessage on MZ::kStation_SequenceActivation, once a call.
   virtual void SetVideoFrameRate(FrameRate rate) = 0;
   virtual void SetTimeDisplays(TimeDisplay video, TimeDisplay audio) = 0;
+  virtual void SetSettings(FrameRate rate, TimeDisplay video, TimeDisplay audio) = 0;
 };
 
 class TrackItem : public ITrackItem, public IClipTrackItem {
@@ -180,6 +214,19 @@ class TrackItem : public ITrackItem, public IClipTrackItem {
   virtual std::string GetID() const = 0;
   virtual bool HasVideo() const = 0;
   virtual bool HasAudio() const = 0;
+  virtual int GetTrack() const = 0;
+  // From the clip's first frame to the first one that is shown.
+  virtual TickTime GetIn() const = 0;
+};
+
+// A dissolve between two items of a sequence that meet, half of it before the cut.
+class Transition : public virtual IObject {
+ public:
+  virtual std::string GetID() const = 0;
+  virtual InterfaceRef<TrackItem> GetLeft() const = 0;
+  virtual InterfaceRef<TrackItem> GetRight() const = 0;
+  virtual TickTime GetStart() const = 0;
+  virtual TickTime GetEnd() const = 0;
 };
 
 class CaptioningStream : public ICaptioningStream, public INotification {

@@ -241,6 +241,8 @@ std::optional<Problem> ProjectFile::CheckVersion() {
         "$$$/Vidra/Project/Newer=The project \u201c%1\u201d was saved by a newer version of Captivo (format %2; "
         "this one knows up to %3). Open it with that version.",
         {mPath.string(), std::to_string(version), std::to_string(kVersion)});
+  if (version < kVersion)
+    Upgrade(version);
   return std::nullopt;
 }
 

@@ -18,7 +18,7 @@ namespace BE {
 // it was then. One process at a time holds a file.
 class ProjectFile {
  public:
-  static constexpr int kVersion = 1;
+  static constexpr int kVersion = 2;
   static constexpr const char* kSuffix = ".captivo";
 
   // Each answers with a file or with what a person can do about it. Create does not replace a file.
@@ -46,7 +46,10 @@ class ProjectFile {
   void PutSetting(const std::string& key, const std::string& value);
   void PutClip(const ClipRecord& clip);
   void SetClipRemoved(ObjectNumber clip, bool removed);
+  // Without its parts.
   void PutSequence(const SequenceRecord& sequence);
+  void PutPart(ObjectNumber sequence, const SequencePart& part);
+  void ErasePart(ObjectNumber part);
   void PutStream(const StreamRecord& stream);
   // With its captions.
   void EraseStream(ObjectNumber stream);
@@ -59,10 +62,12 @@ class ProjectFile {
   void EraseStep(ObjectNumber step);
   void PutDelta(ObjectNumber step, const CaptionDelta& delta);
   void EraseDelta(ObjectNumber step, const ICaptioningStream::CaptionKey& key);
+  void PutPartDelta(ObjectNumber step, const SequencePartDelta& delta);
 
   ProjectRecord LoadProject();
   std::vector<StoredCaption> LoadCaptions(ObjectNumber stream);
   std::vector<CaptionDelta> LoadDeltas(ObjectNumber step);
+  std::vector<SequencePartDelta> LoadPartDeltas(ObjectNumber step);
 
   // A private copy of the file at its path.
   bool IsCopy() const { return !mTemporaryFolder.empty(); }
@@ -81,6 +86,9 @@ class ProjectFile {
   void Disconnect();
   void CreateTables();
   std::optional<Problem> CheckVersion();
+  // Brings what an older version wrote to the form of this one.
+  void Upgrade(int version);
+  void LoadSequences(ProjectRecord& project);
   void WriteCopy(const std::filesystem::path& path);
   void LetGoOfSideFiles();
 

@@ -129,26 +129,6 @@ StreamDescription ReadDescription(StreamFormat format, const Json& json) {
   return description;
 }
 
-Json WriteItems(const std::vector<SequenceRecord::Item>& items) {
-  Json array = Json::array();
-  for (const SequenceRecord::Item& item : items)
-    array.push_back({{"number", item.number},
-                     {"clip", item.clip},
-                     {"start", item.start.GetTicks()},
-                     {"video", item.video},
-                     {"audio", item.audio}});
-  return array;
-}
-
-std::vector<SequenceRecord::Item> ReadItems(const Json& json) {
-  std::vector<SequenceRecord::Item> items;
-  for (const Json& item : json)
-    items.push_back({item.at("number").get<ObjectNumber>(), item.at("clip").get<ObjectNumber>(),
-                     TickTime(item.at("start").get<std::int64_t>()), item.at("video").get<bool>(),
-                     item.at("audio").get<bool>()});
-  return items;
-}
-
 UString ReadName(const SQLite::Column& column) {
   return zebcore::FromUTF8(column.getString());
 }
@@ -159,21 +139,25 @@ void ProjectFile::CreateTables() {
   Perform([this](ProjectFile&) {
     mDatabase->exec(R"(
 PRAGMA application_id=1129337942;
-PRAGMA user_version=1;
+PRAGMA user_version=2;
 CREATE TABLE settings(key TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;
 CREATE TABLE clips(number INTEGER PRIMARY KEY, name TEXT NOT NULL, media BLOB NOT NULL, info TEXT NOT NULL,
   merged INTEGER NOT NULL, removed INTEGER NOT NULL);
 CREATE TABLE sequences(number INTEGER PRIMARY KEY, name TEXT NOT NULL, video_rate INTEGER NOT NULL,
-  audio_rate INTEGER NOT NULL, video_display INTEGER NOT NULL, audio_display INTEGER NOT NULL, items TEXT NOT NULL);
+  audio_rate INTEGER NOT NULL, video_display INTEGER NOT NULL, audio_display INTEGER NOT NULL,
+  removed INTEGER NOT NULL);
+CREATE TABLE sequence_parts(number INTEGER PRIMARY KEY, sequence INTEGER NOT NULL, part TEXT NOT NULL);
 CREATE TABLE streams(number INTEGER PRIMARY KEY, clip INTEGER NOT NULL, format INTEGER NOT NULL,
   description TEXT NOT NULL, removed INTEGER NOT NULL);
 CREATE TABLE captions(stream INTEGER NOT NULL, key BLOB NOT NULL, age INTEGER NOT NULL, state BLOB NOT NULL,
   PRIMARY KEY(stream, key)) WITHOUT ROWID;
 CREATE TABLE steps(number INTEGER PRIMARY KEY, position INTEGER NOT NULL, state INTEGER NOT NULL,
   kind INTEGER NOT NULL, name TEXT NOT NULL, stream INTEGER NOT NULL, clip INTEGER NOT NULL,
-  old_format INTEGER NOT NULL, new_format INTEGER NOT NULL);
+  old_format INTEGER NOT NULL, new_format INTEGER NOT NULL, sequence INTEGER NOT NULL DEFAULT 0);
 CREATE TABLE deltas(step INTEGER NOT NULL, key BLOB NOT NULL, age INTEGER NOT NULL, before BLOB, after BLOB,
   PRIMARY KEY(step, key)) WITHOUT ROWID;
+CREATE TABLE sequence_deltas(step INTEGER NOT NULL, part INTEGER NOT NULL, before TEXT, after TEXT,
+  PRIMARY KEY(step, part)) WITHOUT ROWID;
 )");
   });
 }
@@ -193,18 +177,6 @@ void ProjectFile::PutClip(const ClipRecord& clip) {
   put.bind(4, Dump(WriteMedia(clip.info)));
   put.bind(5, clip.merged ? 1 : 0);
   put.bind(6, clip.removed ? 1 : 0);
-  put.exec();
-}
-
-void ProjectFile::PutSequence(const SequenceRecord& sequence) {
-  SQLite::Statement put(*mDatabase, "INSERT OR REPLACE INTO sequences VALUES(?,?,?,?,?,?,?)");
-  put.bind(1, sequence.number);
-  put.bind(2, zebcore::ToUTF8(sequence.name));
-  put.bind(3, sequence.videoRate.GetTicksPerFrame());
-  put.bind(4, sequence.audioRate.GetTicksPerFrame());
-  put.bind(5, sequence.videoDisplay.GetNumber());
-  put.bind(6, sequence.audioDisplay.GetNumber());
-  put.bind(7, Dump(WriteItems(sequence.items)));
   put.exec();
 }
 
@@ -247,7 +219,7 @@ void ProjectFile::EraseCaption(ObjectNumber stream, const CaptionKey& key) {
 
 void ProjectFile::PutStep(const Step& step, StepState state, std::int64_t position) {
   SQLite::Statement& put =
-      Ready(*mDatabase, mStatements->putStep, "INSERT OR REPLACE INTO steps VALUES(?,?,?,?,?,?,?,?,?)");
+      Ready(*mDatabase, mStatements->putStep, "INSERT OR REPLACE INTO steps VALUES(?,?,?,?,?,?,?,?,?,?)");
   put.bind(1, step.number);
   put.bind(2, position);
   put.bind(3, static_cast<int>(state));
@@ -257,6 +229,7 @@ void ProjectFile::PutStep(const Step& step, StepState state, std::int64_t positi
   put.bind(7, step.clip);
   put.bind(8, static_cast<std::int64_t>(step.oldFormat));
   put.bind(9, static_cast<std::int64_t>(step.newFormat));
+  put.bind(10, step.sequence);
   Run(put);
 }
 
@@ -268,7 +241,8 @@ void ProjectFile::SetStepState(ObjectNumber step, StepState state) {
 }
 
 void ProjectFile::EraseStep(ObjectNumber step) {
-  for (const char* text : {"DELETE FROM deltas WHERE step=?", "DELETE FROM steps WHERE number=?"}) {
+  for (const char* text : {"DELETE FROM deltas WHERE step=?", "DELETE FROM sequence_deltas WHERE step=?",
+                           "DELETE FROM steps WHERE number=?"}) {
     SQLite::Statement erase(*mDatabase, text);
     erase.bind(1, step);
     erase.exec();
@@ -310,19 +284,7 @@ ProjectRecord ProjectFile::LoadProject() {
     project.clips.push_back(std::move(clip));
   }
 
-  SQLite::Statement sequences(*mDatabase, "SELECT number, name, video_rate, audio_rate, video_display, audio_display, "
-                                          "items FROM sequences ORDER BY number");
-  while (sequences.executeStep()) {
-    SequenceRecord sequence;
-    sequence.number = sequences.getColumn(0).getInt64();
-    sequence.name = ReadName(sequences.getColumn(1));
-    sequence.videoRate = FrameRate(sequences.getColumn(2).getInt64());
-    sequence.audioRate = FrameRate(sequences.getColumn(3).getInt64());
-    sequence.videoDisplay = TimeDisplay(sequences.getColumn(4).getInt());
-    sequence.audioDisplay = TimeDisplay(sequences.getColumn(5).getInt());
-    sequence.items = ReadItems(Json::parse(sequences.getColumn(6).getString()));
-    project.sequences.push_back(std::move(sequence));
-  }
+  LoadSequences(project);
 
   SQLite::Statement streams(*mDatabase,
                             "SELECT number, clip, format, description, removed FROM streams ORDER BY number");
@@ -337,13 +299,13 @@ ProjectRecord ProjectFile::LoadProject() {
   }
 
   SQLite::Statement steps(*mDatabase,
-                          "SELECT number, position, state, kind, name, stream, clip, old_format, new_format "
-                          "FROM steps ORDER BY position, number");
+                          "SELECT number, position, state, kind, name, stream, clip, old_format, new_format, "
+                          "sequence FROM steps ORDER BY position, number");
   while (steps.executeStep()) {
     const int state = steps.getColumn(2).getInt();
     const int kind = steps.getColumn(3).getInt();
     if (state < 0 || state > static_cast<int>(StepState::Open) || kind < 0 ||
-        kind > static_cast<int>(StepKind::RemoveClip))
+        kind > static_cast<int>(StepKind::RemoveSequence))
       ThrowDamaged("a step of the history is not one");
     StepRecord record;
     record.step.number = steps.getColumn(0).getInt64();
@@ -355,6 +317,7 @@ ProjectRecord ProjectFile::LoadProject() {
     record.step.clip = steps.getColumn(6).getInt64();
     record.step.oldFormat = static_cast<StreamFormat>(steps.getColumn(7).getInt64());
     record.step.newFormat = static_cast<StreamFormat>(steps.getColumn(8).getInt64());
+    record.step.sequence = steps.getColumn(9).getInt64();
     project.steps.push_back(std::move(record));
   }
   return project;

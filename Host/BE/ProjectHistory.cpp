@@ -7,15 +7,26 @@
 
 namespace BE {
 
+namespace {
+
+bool IsOfSequence(const Step& step) {
+  return step.kind == StepKind::EditSequence || step.kind == StepKind::RemoveSequence;
+}
+
+} // namespace
+
 // A change that was open when the process died is a step of its own, on top of all others, unless it came to nothing.
 void ProjectObject::LoadHistory(std::vector<StepRecord> steps) {
   std::vector<Step> open;
   for (StepRecord& record : steps) {
     mNextNumber = std::max(mNextNumber, record.step.number + 1);
     mNextPosition = std::max(mNextPosition, record.position + 1);
-    const bool needsClip = record.step.kind == StepKind::RemoveClip;
-    if (!needsClip && !mStreams.contains(record.step.stream))
+    if (IsOfSequence(record.step)) {
+      if (!FindSequenceObject(record.step.sequence))
+        throw std::runtime_error("a step has no sequence");
+    } else if (record.step.kind != StepKind::RemoveClip && !mStreams.contains(record.step.stream)) {
       throw std::runtime_error("a step has no stream");
+    }
     if (record.state == StepState::Done)
       mDone.push_back(std::move(record.step));
     else if (record.state == StepState::Undone)
@@ -94,8 +105,17 @@ bool ProjectObject::Prepare(Step& step) {
         mStorage.Read<std::vector<CaptionDelta>>([&step](ProjectFile& file) { return file.LoadDeltas(step.number); });
     if (!step.deltas)
       return false;
+    if (step.kind == StepKind::EditSequence) {
+      auto parts = mStorage.Read<std::vector<SequencePartDelta>>(
+          [&step](ProjectFile& file) { return file.LoadPartDeltas(step.number); });
+      if (!parts) {
+        step.deltas.reset();
+        return false;
+      }
+      step.parts = std::move(*parts);
+    }
   }
-  if (step.kind == StepKind::RemoveClip)
+  if (step.kind == StepKind::RemoveClip || IsOfSequence(step))
     return true;
   const InterfaceRef<StreamObject>& stream = mStreams[step.stream];
   if (!stream->IsLoaded()) {
@@ -115,6 +135,15 @@ ProjectObject::Report ProjectObject::Perform(const Step& step, bool forward) {
         clip->SetRemoved(forward);
     }
     return [this] { ReportBin(); };
+  }
+  if (IsOfSequence(step)) {
+    const InterfaceRef<SequenceObject> sequence = FindSequenceObject(step.sequence);
+    if (step.kind == StepKind::RemoveSequence) {
+      sequence->SetRemoved(forward);
+      return [this] { ReportBin(); };
+    }
+    sequence->Apply(step.parts, forward);
+    return [sequence] { sequence->ReportParts(); };
   }
   const InterfaceRef<StreamObject> stream = mStreams[step.stream];
   const InterfaceRef<ClipObject> clip(stream->GetClipObject());
@@ -148,6 +177,10 @@ ProjectObject::Report ProjectObject::Perform(const Step& step, bool forward) {
 }
 
 void ProjectObject::Store(const Step& step, bool forward) {
+  if (IsOfSequence(step)) {
+    StoreSequence(step, forward);
+    return;
+  }
   StreamRecord stream;
   ClipRecord clip;
   if (step.kind == StepKind::RemoveClip) {
@@ -173,6 +206,21 @@ void ProjectObject::Store(const Step& step, bool forward) {
           file.PutStream(stream);
         file.SetStepState(number, forward ? StepState::Done : StepState::Undone);
       });
+}
+
+void ProjectObject::StoreSequence(const Step& step, bool forward) {
+  mStorage.Write([number = step.number, parts = step.parts, forward,
+                  record = FindSequenceObject(step.sequence)->GetRecord()](ProjectFile& file) {
+    for (const SequencePartDelta& delta : parts) {
+      const std::optional<SequencePart>& part = forward ? delta.after : delta.before;
+      if (part)
+        file.PutPart(record.number, *part);
+      else
+        file.ErasePart(GetNumber(delta.before ? *delta.before : *delta.after));
+    }
+    file.PutSequence(record);
+    file.SetStepState(number, forward ? StepState::Done : StepState::Undone);
+  });
 }
 
 bool ProjectObject::Move(std::vector<Step>& from, std::vector<Step>& to, bool forward) {

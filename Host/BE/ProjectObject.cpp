@@ -148,12 +148,9 @@ void ProjectObject::Load() {
   }
   for (SequenceRecord& sequence : record.sequences) {
     take(sequence.number);
-    std::vector<InterfaceRef<ClipObject>> itemClips;
-    for (const SequenceRecord::Item& item : sequence.items) {
-      take(item.number);
-      itemClips.push_back(findClip(item.clip));
-    }
-    mSequences.push_back(new SequenceObject(this, mTag, std::move(sequence), std::move(itemClips)));
+    for (const SequencePart& part : sequence.parts)
+      take(GetNumber(part));
+    mSequences.push_back(new SequenceObject(this, mTag, std::move(sequence)));
   }
   file.SetIsRead();
   LoadHistory(std::move(record.steps));
@@ -236,22 +233,28 @@ InterfaceRef<Sequence> ProjectObject::AddSequence(const UString& name, FrameRate
   record.audioRate = audioRate;
   record.videoDisplay = zebmediatypes::GetTimecodeDisplay(videoRate, true);
   record.audioDisplay = zebmediatypes::kTimeDisplay_AudioSamples;
-  std::vector<InterfaceRef<ClipObject>> clips;
   for (const SequenceItem& item : items) {
-    const InterfaceRef<ClipObject> clip = item.clip.Query<ClipObject>();
-    if (!clip)
-      continue;
-    record.items.push_back({TakeNumber(), clip->GetRecord().number, item.start, item.video, item.audio});
-    clips.push_back(clip);
+    if (const InterfaceRef<ClipObject> clip = item.clip.Query<ClipObject>())
+      record.parts.push_back(ItemRecord{TakeNumber(), clip->GetRecord().number, item.start, item.video, item.audio,
+                                        item.track, item.in, item.duration});
   }
-  mStorage.Write([record](ProjectFile& file) { file.PutSequence(record); });
-  mSequences.push_back(new SequenceObject(this, mTag, record, std::move(clips)));
+  mStorage.Write([record](ProjectFile& file) {
+    file.PutSequence(record);
+    for (const SequencePart& part : record.parts)
+      file.PutPart(record.number, part);
+  });
+  mSequences.push_back(new SequenceObject(this, mTag, record));
   ReportBin();
   return mSequences.back();
 }
 
 std::vector<InterfaceRef<Sequence>> ProjectObject::GetSequences() const {
-  return {mSequences.begin(), mSequences.end()};
+  std::vector<InterfaceRef<Sequence>> sequences;
+  for (const InterfaceRef<SequenceObject>& sequence : mSequences) {
+    if (!sequence->IsRemoved())
+      sequences.push_back(sequence);
+  }
+  return sequences;
 }
 
 // What lies in the bin is another.

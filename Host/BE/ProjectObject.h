@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -42,6 +43,19 @@ class ProjectObject : public Project {
   InterfaceRef<Sequence> AddSequence(const UString& name, FrameRate videoRate, FrameRate audioRate,
                                      const std::vector<SequenceItem>& items) override;
   std::vector<InterfaceRef<Sequence>> GetSequences() const override;
+  InterfaceRef<Sequence> FindSequence(const std::string& id) const override;
+  void RemoveSequence(const InterfaceRef<Sequence>& sequence) override;
+  InterfaceRef<TrackItem> InsertItem(const InterfaceRef<Sequence>& sequence, const SequenceItem& item,
+                                     const UString& stepName) override;
+  void MoveItems(const InterfaceRef<Sequence>& sequence, const std::vector<ItemPlace>& places,
+                 const UString& stepName) override;
+  void RemoveItems(const InterfaceRef<Sequence>& sequence, const std::vector<InterfaceRef<TrackItem>>& items,
+                   const UString& stepName) override;
+  InterfaceRef<Transition> AddTransition(const InterfaceRef<Sequence>& sequence, const InterfaceRef<TrackItem>& left,
+                                         const InterfaceRef<TrackItem>& right, TickTime duration,
+                                         const UString& stepName) override;
+  void RemoveTransition(const InterfaceRef<Sequence>& sequence, const InterfaceRef<Transition>& transition,
+                        const UString& stepName) override;
 
   Result<InterfaceRef<CaptioningStream>> AddStream(const InterfaceRef<MasterClip>& clip,
                                                    const StreamDescription& description,
@@ -71,6 +85,8 @@ class ProjectObject : public Project {
 
   // For the project's own objects.
   ProjectStorage& GetStorage() { return mStorage; }
+  // Removed ones too.
+  InterfaceRef<ClipObject> FindClipObject(ObjectNumber number) const;
   ObjectNumber TakeNumber() { return mNextNumber++; }
   void Register(OpenChangeObject* change) { mOpenChanges.push_back(change); }
   void Unregister(OpenChangeObject* change) { std::erase(mOpenChanges, change); }
@@ -90,6 +106,11 @@ class ProjectObject : public Project {
 
   // The project's own stream, neither removed nor of a removed clip; null for any other.
   InterfaceRef<StreamObject> Own(const InterfaceRef<CaptioningStream>& stream) const;
+  // The same of sequences, and null in a read-only project.
+  InterfaceRef<SequenceObject> Own(const InterfaceRef<Sequence>& sequence) const;
+  InterfaceRef<SequenceObject> FindSequenceObject(ObjectNumber number) const;
+  void PushSequenceEdit(const InterfaceRef<SequenceObject>& sequence, std::vector<SequencePartDelta> deltas,
+                        const UString& stepName);
   std::optional<Problem> FindStreamProblem(const InterfaceRef<ClipObject>& clip, StreamFormat format) const;
   void PushEdit(const InterfaceRef<StreamObject>& stream, std::vector<CaptionDelta> deltas, const UString& stepName);
 
@@ -100,6 +121,7 @@ class ProjectObject : public Project {
   // Changes the objects and nothing else.
   Report Perform(const Step& step, bool forward);
   void Store(const Step& step, bool forward);
+  void StoreSequence(const Step& step, bool forward);
   bool Move(std::vector<Step>& from, std::vector<Step>& to, bool forward);
   ProjectStorage::Operation ForgetUndone();
 

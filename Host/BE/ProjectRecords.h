@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "BE/Project.h"
@@ -24,21 +25,51 @@ struct ClipRecord {
   bool removed = false; // by a step that can be undone
 };
 
+// A stretch of a clip on a track of a sequence.
+struct ItemRecord {
+  ObjectNumber number = 0;
+  ObjectNumber clip = 0;
+  TickTime start;
+  bool video = true;
+  bool audio = true;
+  int track = 0;     // from 0, of video and audio alike
+  TickTime in;       // from the clip's first frame to the first one that is shown
+  TickTime duration; // 0: all that follows of the clip
+
+  friend bool operator==(const ItemRecord&, const ItemRecord&) = default;
+};
+
+// A dissolve between two items that meet, half of it before the cut.
+struct TransitionRecord {
+  ObjectNumber number = 0;
+  ObjectNumber left = 0;
+  ObjectNumber right = 0;
+  TickTime duration;
+
+  friend bool operator==(const TransitionRecord&, const TransitionRecord&) = default;
+};
+
+using SequencePart = std::variant<ItemRecord, TransitionRecord>;
+
+inline ObjectNumber GetNumber(const SequencePart& part) {
+  return std::visit([](const auto& record) { return record.number; }, part);
+}
+
+// One part of a sequence before and after a change; nothing where it did not exist.
+struct SequencePartDelta {
+  std::optional<SequencePart> before;
+  std::optional<SequencePart> after;
+};
+
 struct SequenceRecord {
-  struct Item {
-    ObjectNumber number = 0;
-    ObjectNumber clip = 0;
-    TickTime start;
-    bool video = true;
-    bool audio = true;
-  };
   ObjectNumber number = 0;
   UString name;
   FrameRate videoRate;
   FrameRate audioRate;
   TimeDisplay videoDisplay;
   TimeDisplay audioDisplay;
-  std::vector<Item> items;
+  bool removed = false;            // by a step that can be undone
+  std::vector<SequencePart> parts; // by number
 };
 
 struct StreamRecord {
@@ -54,7 +85,15 @@ struct StoredCaption {
   zebcaptioning::CaptionStatePtr state;
 };
 
-enum class StepKind : int { EditCaptions = 0, AddStream = 1, RemoveStream = 2, ChangeFormat = 3, RemoveClip = 4 };
+enum class StepKind : int {
+  EditCaptions = 0,
+  AddStream = 1,
+  RemoveStream = 2,
+  ChangeFormat = 3,
+  RemoveClip = 4,
+  EditSequence = 5,
+  RemoveSequence = 6
+};
 
 // One undoable step. It holds what it touched and nothing else.
 struct Step {
@@ -63,9 +102,11 @@ struct Step {
   UString name;
   ObjectNumber stream = 0;
   ObjectNumber clip = 0;                                      // RemoveClip
+  ObjectNumber sequence = 0;                                  // EditSequence, RemoveSequence
   StreamFormat oldFormat = zebcaptioning::kStreamFormat_None; // ChangeFormat
   StreamFormat newFormat = zebcaptioning::kStreamFormat_None;
   std::optional<std::vector<CaptionDelta>> deltas; // nothing: they are in the file only
+  std::vector<SequencePartDelta> parts;            // EditSequence; there if deltas are
 };
 
 enum class StepState : int { Done = 0, Undone = 1, Open = 2 };
