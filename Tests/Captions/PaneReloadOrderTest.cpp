@@ -56,6 +56,14 @@ class PaneReloadOrder : public PanelTest {
     }
     return steps;
   }
+  // The same without the screen, which is the view's to lay out.
+  Steps TakeStepsOffScreen() {
+    Steps steps = TakeSteps();
+    std::erase_if(steps, [](const std::string& step) {
+      return step == "Range" || step.rfind("Scroll to", 0) == 0 || step.rfind("Stacked", 0) == 0;
+    });
+    return steps;
+  }
   // Without the pane hearing of it.
   void AddToStreamInSecret(double begin) {
     const ImmutableString station = stream.Query<BE::INotification>()->GetStationID();
@@ -304,22 +312,21 @@ TEST_F(PaneReloadOrder, ASwitchCommitsThenLeavesThenJoinsThenReads) {
   zebcore::trace::Take();
   EXPECT_TRUE(Pane().SetSource(CaptionsSource(InterfaceRef<>(other))));
   EXPECT_EQ(
-      TakeSteps(),
+      TakeStepsOffScreen(),
       (Steps{"IsBusy", "CommitChangesUndoable", "UpdateCaptioningStream null",
              "RemoveListener " + StationOf(InterfaceRef<>(stream)), "RemoveListener " + StationOf(InterfaceRef<>(clip)),
              "UpdateCaptioningStream " + otherStream->GetID(), "AddListener " + StationOf(InterfaceRef<>(otherStream)),
-             "AddListener " + StationOf(InterfaceRef<>(other)), "GetRegionNames", "GetStyleNames", "IsBusy", "Range",
-             "Stacked"}));
+             "AddListener " + StationOf(InterfaceRef<>(other)), "GetRegionNames", "GetStyleNames", "IsBusy"}));
 }
 
 TEST_F(PaneReloadOrder, ASwitchToNothingJoinsNoStation) {
   OpenPanelOn(MakeCaptions({1, 3}));
   zebcore::trace::Take();
   SelectClip(nullptr);
-  EXPECT_EQ(TakeSteps(), (Steps{"IsBusy", "CommitChangesUndoable", "UpdateCaptioningStream null",
-                                "RemoveListener " + StationOf(InterfaceRef<>(stream)),
-                                "RemoveListener " + StationOf(InterfaceRef<>(clip)), "UpdateCaptioningStream null",
-                                "GetRegionNames", "GetStyleNames", "IsBusy", "Range", "Stacked"}));
+  EXPECT_EQ(TakeStepsOffScreen(), (Steps{"IsBusy", "CommitChangesUndoable", "UpdateCaptioningStream null",
+                                         "RemoveListener " + StationOf(InterfaceRef<>(stream)),
+                                         "RemoveListener " + StationOf(InterfaceRef<>(clip)),
+                                         "UpdateCaptioningStream null", "GetRegionNames", "GetStyleNames", "IsBusy"}));
 }
 
 TEST_F(PaneReloadOrder, ASwitchFromNothingLeavesNoStation) {
@@ -328,7 +335,7 @@ TEST_F(PaneReloadOrder, ASwitchFromNothingLeavesNoStation) {
   stream = AddStream(clip, MakeCaptions({1}));
   zebcore::trace::Take();
   Pane().SetSource(CaptionsSource(InterfaceRef<>(clip)));
-  const Steps steps = TakeSteps();
+  const Steps steps = TakeStepsOffScreen();
   ASSERT_GE(steps.size(), 5U);
   EXPECT_EQ(
       Steps(steps.begin(), steps.begin() + 5),
@@ -352,12 +359,12 @@ TEST_F(PaneReloadOrder, ASwitchToTheSameStreamDoesNothingNotEvenAskWhetherItIsBu
   stream->SetBusy(true);
   zebcore::trace::Take();
   EXPECT_TRUE(Pane().SetSource(CaptionsSource(InterfaceRef<>(clip))));
-  EXPECT_EQ(TakeSteps(), Steps{});
+  EXPECT_EQ(TakeStepsOffScreen(), Steps{});
   stream->SetBusy(false);
   Pane().SetSource(CaptionsSource());
   zebcore::trace::Take();
   EXPECT_TRUE(Pane().SetSource(CaptionsSource(InterfaceRef<>(AddClip(u"Bare")))));
-  EXPECT_EQ(TakeSteps(), Steps{});
+  EXPECT_EQ(TakeStepsOffScreen(), Steps{});
 }
 
 TEST_F(PaneReloadOrder, WhatIsOpenIsCommittedWhileTheFormerRowsAndTheirSelectionStillStand) {
@@ -381,10 +388,10 @@ TEST_F(PaneReloadOrder, AFormatCommitsThenLeavesThenJoinsThenReads) {
   const auto second = AddStream(clip, MakeCaptions({5}), kCC1 + 1);
   zebcore::trace::Take();
   Pane().SelectStreamFormat(1);
-  EXPECT_EQ(TakeSteps(),
+  EXPECT_EQ(TakeStepsOffScreen(),
             (Steps{"CommitChangesUndoable", "RemoveListener " + StationOf(InterfaceRef<>(stream)),
                    "AddListener " + StationOf(InterfaceRef<>(second)), "UpdateCaptioningStream " + second->GetID(),
-                   "GetRegionNames", "GetStyleNames", "IsBusy", "Range", "Stacked"}));
+                   "GetRegionNames", "GetStyleNames", "IsBusy"}));
 }
 
 TEST_F(PaneReloadOrder, AFormatIsChosenThoughTheStreamIsBusyOrARowIsBeingEdited) {
@@ -481,11 +488,11 @@ TEST_F(PaneReloadOrder, AReloadThatIsPutOffAfterASwitchRunsBeforeIt) {
   stream->SetBusy(false);
   zebcore::trace::Take();
   Tick(250);
-  const Steps steps = TakeSteps();
-  ASSERT_GE(steps.size(), 5U);
+  const Steps steps = TakeStepsOffScreen();
+  ASSERT_GE(steps.size(), 4U);
   // The reload of the rows that stood, then the switch.
-  EXPECT_EQ(Steps(steps.begin(), steps.begin() + 5),
-            (Steps{"IsBusy", "Stacked", "IsBusy", "CommitChangesUndoable", "UpdateCaptioningStream null"}));
+  EXPECT_EQ(Steps(steps.begin(), steps.begin() + 4),
+            (Steps{"IsBusy", "IsBusy", "CommitChangesUndoable", "UpdateCaptioningStream null"}));
   EXPECT_EQ(Begins(), (Times{5}));
   EXPECT_EQ(Flags(), (std::vector<bool>{false, false, false}));
   EXPECT_FALSE(Due());
@@ -621,8 +628,8 @@ TEST_F(PaneReloadOrder, AChangedStreamIsRefreshedInTheStatedOrder) {
   message.stream = stream;
   zebcore::trace::Take();
   Pane().HandleMessage(message);
-  EXPECT_EQ(TakeSteps(), (Steps{"GetRegionNames", "GetStyleNames", "UpdateCaptioningStream " + stream->GetID(),
-                                "GetRegionNames", "GetStyleNames", "IsBusy", "Stacked"}));
+  EXPECT_EQ(TakeStepsOffScreen(), (Steps{"GetRegionNames", "GetStyleNames", "UpdateCaptioningStream " + stream->GetID(),
+                                         "GetRegionNames", "GetStyleNames", "IsBusy"}));
 }
 
 TEST_F(PaneReloadOrder, AChangedStreamOfABusyUpdaterKeepsItsRowsUntilItIsNot) {
