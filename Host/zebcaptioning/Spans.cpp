@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "zebcaptioning/FormatFacts.h"
+#include "zebcaptioning/OpenPlacement.h"
 
 namespace zebcaptioning {
 
@@ -252,11 +253,15 @@ void ApplyToParagraph(ParagraphStyleAttributes& paragraph, CaptionFormatParamete
       paragraph.alignment = info.GetTextAlignment(ignored);
     break;
   case kFormatPositionX:
+    if (IsOpenCaptions(format))
+      TakePositionInPlace(paragraph, columns, rows);
     paragraph.x = info.GetPositionX(ignored);
     if (facts.limited)
       paragraph.x = std::clamp(paragraph.x, 0, std::max(0, GridColumns(format, columns) - 1));
     break;
   case kFormatPositionY:
+    if (IsOpenCaptions(format))
+      TakePositionInPlace(paragraph, columns, rows);
     paragraph.y = info.GetPositionY(ignored);
     if (facts.limited)
       paragraph.y = std::clamp(paragraph.y, facts.topPosition, std::max(facts.topPosition, GridRows(format, rows) - 1));
