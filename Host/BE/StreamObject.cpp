@@ -116,7 +116,10 @@ StreamObject::GetRenderableModel(const TickTime& time) const {
   int width = 0;
   int height = 0;
   settings.GetRegionBaseDimensions(width, height);
-  return new zebcaptioning::CaptioningRenderableModel(std::move(shown), width, height);
+  const bool hasPicture = mClip && mClip->GetMediaInfo().width > 0;
+  return new zebcaptioning::CaptioningRenderableModel(std::move(shown), width, height,
+                                                      hasPicture ? mClip->GetMediaInfo().pixelAspect
+                                                                 : zebmediatypes::kPixelAspectRatio_Square);
 }
 
 InterfaceRef<MasterClip> StreamObject::GetMasterClip() const {

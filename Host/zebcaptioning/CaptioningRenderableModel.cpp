@@ -17,8 +17,9 @@ std::uint64_t Scramble(std::uint64_t value) {
 } // namespace
 
 CaptioningRenderableModel::CaptioningRenderableModel(std::vector<CaptionStatePtr> captions, int frameWidth,
-                                                     int frameHeight)
-    : mCaptions(std::move(captions)), mFrameWidth(frameWidth), mFrameHeight(frameHeight) {
+                                                     int frameHeight,
+                                                     const zebmediatypes::PixelAspectRatio& pixelAspect)
+    : mCaptions(std::move(captions)), mFrameWidth(frameWidth), mFrameHeight(frameHeight), mPixelAspect(pixelAspect) {
   std::stable_sort(mCaptions.begin(), mCaptions.end(),
                    [](const CaptionStatePtr& a, const CaptionStatePtr& b) { return a->begin < b->begin; });
 }
