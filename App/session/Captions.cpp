@@ -39,7 +39,8 @@ constexpr std::size_t kManyCaptions = 20000;
 void MeasureInAdvance(Formats::ReadResult& read, const BE::MediaInfo& picture, JobState& state) {
   std::size_t measured = 0;
   for (CaptionStatePtr& caption : read.captions) {
-    const HSL::OpenTextMeasure measure = HSL::MeasureOpenText(*caption, picture.width, picture.height);
+    const HSL::OpenTextMeasure measure =
+        HSL::MeasureOpenText(*caption, picture.width, picture.height, picture.pixelAspect);
     const boost::intrusive_ptr<zebcaptioning::CaptionState> next(new zebcaptioning::CaptionState(*caption));
     next->paragraph.lineWidth = measure.lineWidth;
     next->paragraph.blockHeight = measure.blockHeight;

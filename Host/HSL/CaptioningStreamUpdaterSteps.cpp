@@ -103,7 +103,10 @@ OpenTextMeasure MeasureIn(const BE::CaptioningStream& stream, const CaptionState
   int width = 0;
   int height = 0;
   GetGrid(stream, state.begin, width, height);
-  return MeasureOpenText(state, width, height);
+  const auto clip = stream.GetMasterClip();
+  const bool hasPicture = clip && clip->GetMediaInfo().width > 0;
+  return MeasureOpenText(state, width, height,
+                         hasPicture ? clip->GetMediaInfo().pixelAspect : zebmediatypes::kPixelAspectRatio_Square);
 }
 
 void CloseGaps(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas) {

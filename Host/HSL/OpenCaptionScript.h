@@ -1,20 +1,32 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Captions/contracts/Caption.h"
 
 namespace HSL {
 
-// Pixels of the frame in a point: 18 points are a fifteenth of the frame's height, one row of a caption grid.
+// Pixels of the frame in a point: 18 points are a fifteenth of the frame's height, one row of a caption grid. The size
+// of a font is the height of its lines.
 double GetPixelsPerPoint(int frameHeight);
 
-// Text of a caption as an event of an Advanced SubStation Alpha script, override tags included, in two layers: the
-// boxes behind the characters, and the characters with their edges. Empty for a layer with nothing to draw.
-struct OpenCaptionScript {
+// A line of a caption as texts of events of an Advanced SubStation Alpha script, override tags included.
+struct OpenCaptionLine {
+  std::string characters; // with their edges, as they are drawn; empty for a line of blanks
+  // The same characters unseen, each run in a box of a colour that is the run's index in OpenCaptionScript::runs, as
+  // 0xRRGGBB, to find out how much room it takes. Never empty: an empty line is as high as its run's characters.
   std::string boxes;
-  std::string characters;
 };
+
+struct OpenCaptionScript {
+  std::vector<OpenCaptionLine> lines; // line feeds at the end of the text open none; none without a visible character
+  std::vector<zebcaptioning::SharedSpan> runs;
+  double boxPadding = 0.0; // how far the boxes reach beyond their lines, pixels of the frame; 0 without a visible box
+  double margin = 0.0;     // how far boxes and edges reach beyond their lines, pixels of the frame
+};
+
+// Fonts, sizes and colours are resolved: equal scripts draw equal pictures. Any thread.
 OpenCaptionScript WriteOpenCaptionScript(const zebcaptioning::CaptionState& caption, int frameHeight);
 
 } // namespace HSL

@@ -4,9 +4,10 @@
 
 namespace HSL {
 
-OpenTextMeasure MeasureOpenText(const zebcaptioning::CaptionState& caption, int frameWidth, int frameHeight) {
-  thread_local OpenCaptionRenderer renderer;
-  const OpenCaptionRenderer::Size size = renderer.Measure(caption, frameWidth, frameHeight);
+OpenTextMeasure MeasureOpenText(const zebcaptioning::CaptionState& caption, int frameWidth, int frameHeight,
+                                const zebmediatypes::PixelAspectRatio& pixelAspect) {
+  const OpenCaptionRenderer::Size size =
+      OpenCaptionRenderer::ForThisThread().Measure(caption, {frameWidth, frameHeight, pixelAspect});
   return {size.width, size.height};
 }
 

@@ -34,7 +34,7 @@ void BlendPatch(MF::IVideoFrame& frame, const OpenCaptionRenderer::Patch& patch,
       Blend(pixel[0], patch.blue, alpha);
       Blend(pixel[1], patch.green, alpha);
       Blend(pixel[2], patch.red, alpha);
-      pixel[3] = static_cast<std::uint8_t>(std::max<int>(pixel[3], alpha));
+      Blend(pixel[3], 255, alpha);
     }
   }
 }
@@ -48,9 +48,11 @@ void RenderOpenCaptions(const boost::intrusive_ptr<zebcaptioning::CaptioningRend
                         double opacity) {
   if (!model || !frame)
     return;
-  static OpenCaptionRenderer renderer;
-  for (const auto& patch :
-       renderer.Render(model->GetCaptions(), source.width, source.height, target.width, target.height))
+  const zebcore::geom::RectT<int> bounds = frame->GetRect();
+  const int width = std::min(target.width, bounds.width - target.x);
+  const int height = std::min(target.height, bounds.height - target.y);
+  for (const auto& patch : OpenCaptionRenderer::ForThisThread().Render(
+           model->GetCaptions(), {source.width, source.height, model->GetPixelAspectRatio()}, width, height))
     BlendPatch(*frame, patch, target.x, target.y, opacity);
 }
 

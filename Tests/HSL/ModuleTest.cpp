@@ -5,6 +5,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 #include "HSL/Module.h"
 #include "HSL/TimecodeInfo.h"
 #include "UIF/CommandHandler.h"
