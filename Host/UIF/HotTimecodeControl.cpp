@@ -17,6 +17,9 @@ using zebmediatypes::ParseTime;
 
 namespace {
 
+constexpr int kPixelsPerFrame = 4;
+constexpr int kTextMargin = 4;
+
 unsigned sStations = 0;
 
 std::set<const QWidget*>& OpenEditors() {
@@ -76,6 +79,10 @@ struct HotTimecodeControl::Impl {
     if (!widget)
       return;
     widget->update();
+    if (!QAccessible::isActive())
+      return;
+    QAccessibleValueChangeEvent event(widget, widget->GetText());
+    QAccessible::updateAccessibility(&event);
   }
 
   // --- Arithmetic
@@ -93,11 +100,13 @@ struct HotTimecodeControl::Impl {
     return Clamped(overflows ? (steps > 0 ? maximum : minimum) : TickTime(ticks));
   }
 
+  // A plus in front goes on from the value: "+10" is ten frames later.
   std::optional<TickTime> Parsed(const UString& text) const {
-    const auto time = ParseTime(text, Display(), rate);
+    const bool goesOn = text.size() > 1 && text.front() == u'+';
+    const auto time = ParseTime(goesOn ? text.substr(1) : text, Display(), rate);
     if (!time)
       return std::nullopt;
-    return Clamped(*time - zero);
+    return Clamped(goesOn ? value + *time : *time - zero);
   }
 
   // --- Messages; each is the last thing that its caller does, since a listener may take the control away.
@@ -162,7 +171,8 @@ struct HotTimecodeControl::Impl {
 
   // --- The inline editor
 
-  void OpenEditor() {
+  // typed: what a person began with instead of the text that is there.
+  void OpenEditor(const QString& typed) {
     if (readOnly || editor || !widget)
       return;
     FollowViewFocus();
@@ -173,7 +183,8 @@ struct HotTimecodeControl::Impl {
     toOwner.tabbed = [this](bool backwards) { TabOn(backwards); };
     toOwner.left = [this] { Leave(); };
     toOwner.stepped = [this](int steps) { StepText(steps); };
-    editor = new InlineEditor(toOwner, toolkit::ToQt(openedWith), widget);
+    toOwner.margin = kTextMargin;
+    editor = new InlineEditor(toOwner, toolkit::ToQt(openedWith), typed, widget);
     editor->setGeometry(widget->rect());
     editor->setAccessibleName(widget->accessibleName());
     editor->show();
@@ -197,6 +208,20 @@ struct HotTimecodeControl::Impl {
   void CloseEditor() {
     DropEditor();
     Refresh();
+  }
+
+  bool RunKey(const HotKey& key) {
+    switch (key.does) {
+    case HotKey::Does::Step:
+      ChangeByHand(Stepped(value, key.steps));
+      return true;
+    case HotKey::Does::Open:
+    case HotKey::Does::Type:
+      OpenEditor(key.typed);
+      return true;
+    default:
+      return false;
+    }
   }
 
   bool Enter(const UString& text) {
@@ -249,7 +274,6 @@ void HotTimecodeControl::Create(ViewBase* parent, const RectT<int>& bounds, cons
                                 unsigned id, bool readOnly, bool, bool takesFocus, TimecodeOptions) {
   if (mImpl || !parent || !WidgetOf(parent))
     return;
-  InstallTimecodeAccessibility();
   mImpl = std::make_unique<Impl>();
   Impl* const impl = mImpl.get();
   impl->id = id;
@@ -264,12 +288,15 @@ void HotTimecodeControl::Create(ViewBase* parent, const RectT<int>& bounds, cons
 
   HotTimecodeWidget::Owner toOwner;
   toOwner.text = [impl] { return toolkit::ToQt(impl->TextOf(impl->value)); };
-  toOwner.clicked = [impl] { impl->OpenEditor(); };
+  toOwner.clicked = [impl] { impl->OpenEditor({}); };
+  toOwner.key = [impl](const HotKey& key) { return impl->RunKey(key); };
   toOwner.dragged = [impl](int steps) { impl->DragTo(impl->Stepped(impl->scrubbedFrom.value_or(impl->value), steps)); };
   toOwner.dragEnded = [impl] { impl->EndDrag(); };
   toOwner.dragCancelled = [impl] { impl->CancelDrag(); };
   toOwner.stepped = [impl](int steps) { impl->ChangeByHand(impl->Stepped(impl->value, steps)); };
-  impl->widget = new HotTimecodeWidget(toOwner, readOnly, WidgetOf(parent));
+  toOwner.pixelsPerStep = kPixelsPerFrame;
+  toOwner.margin = kTextMargin;
+  impl->widget = new HotTimecodeWidget(std::move(toOwner), readOnly, WidgetOf(parent));
   impl->widget->setGeometry(ToQt(bounds));
   impl->widget->setFocusPolicy(takesFocus ? Qt::StrongFocus : Qt::NoFocus);
   impl->widget->setAccessibleName(
@@ -395,7 +422,7 @@ UString HotTimecodeControl::GetText() const {
 void HotTimecodeControl::OpenInlineEditor() {
   const toolkit::WidgetScope scope;
   if (mImpl)
-    mImpl->OpenEditor();
+    mImpl->OpenEditor({});
 }
 
 bool HotTimecodeControl::EnterText(const UString& text) {

@@ -30,6 +30,7 @@ class PopupWidget : public NodeWidget<QWidget>, public Described {
   struct Owner {
     std::function<QString()> text;
     std::function<void()> open;
+    std::function<void()> close;
     std::function<void(int steps)> stepped;
   };
   PopupWidget(UI_Popup* node, Owner owner, QWidget* parent) : NodeWidget(node, parent), mOwner(std::move(owner)) {
@@ -100,6 +101,18 @@ class PopupWidget : public NodeWidget<QWidget>, public Described {
       stepped(-notches);
   }
 
+  void changeEvent(QEvent* event) override {
+    QWidget::changeEvent(event);
+    const auto close = mOwner.close;
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && close)
+      close();
+  }
+  void hideEvent(QHideEvent* event) override {
+    QWidget::hideEvent(event);
+    const auto close = mOwner.close;
+    if (close)
+      close();
+  }
   void focusInEvent(QFocusEvent* event) override {
     QWidget::focusInEvent(event);
     update();
@@ -283,6 +296,7 @@ struct UI_Popup::List {
     PopupWidget::Owner toOwner;
     toOwner.text = [this] { return toolkit::ToQt(shown); };
     toOwner.open = [this] { Open(); };
+    toOwner.close = [this] { Close(); };
     toOwner.stepped = [this](int steps) { Step(steps); };
     return widget = new PopupWidget(&owner, std::move(toOwner), parent);
   }

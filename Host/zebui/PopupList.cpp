@@ -103,6 +103,9 @@ void PopupList::Open() {
   Place(mWidestItem, mView->model()->rowCount());
   show();
   mView->setFocus(Qt::PopupFocusReason);
+  // Now, so that the scroll bar knows the rows before it is asked to go to one.
+  layout()->activate();
+  mView->doItemsLayout();
   mView->scrollTo(mView->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
 

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <gtest/gtest.h>
 
 #include <QScrollBar>
 #include <QStyle>
@@ -180,7 +181,12 @@ TEST(ContextMenu, SendsTheCommandThatWasChosenToThePanelOnDuty) {
   panel.Create(u"test.panel", u"Panel", &frame, true);
   SetTabViewOnDuty(&panel);
   panel.obeys = 57632;
-  MenuUtils::SetMenu("Test_Menu", {{u"Delete", 57632, false}, {u"", 0, true}});
+  MenuUtils::MenuItem remove;
+  remove.text = u"Delete";
+  remove.command = 57632;
+  MenuUtils::MenuItem line;
+  line.separator = true;
+  MenuUtils::SetMenu("Test_Menu", {remove, line});
   std::size_t shown = 0;
   MenuUtils::SetMenuHook([&](const std::string&, const std::vector<MenuUtils::MenuItem>& items) {
     shown = items.size();

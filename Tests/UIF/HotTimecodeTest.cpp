@@ -2,6 +2,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <gtest/gtest.h>
 
 #include "Screen.h"
 #include "UIF/HotTimecodeControl.h"

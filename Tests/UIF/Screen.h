@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QPushButton>
 #include <QWidget>
+#include <gtest/gtest.h>
 
 #include "UIF/CommandRouter.h"
 #include "UIF/TabView.h"

@@ -1,6 +1,7 @@
 #include <QImage>
 #include <QMouseEvent>
 #include <QWheelEvent>
+#include <gtest/gtest.h>
 
 #include "Screen.h"
 #include "UIF/KeyCodes.h"

@@ -1,4 +1,5 @@
 #include <QLineEdit>
+#include <gtest/gtest.h>
 
 #include "Screen.h"
 #include "zebui/Controls.h"

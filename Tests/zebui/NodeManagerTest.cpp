@@ -4,6 +4,7 @@
 #include "zebui/Controls.h"
 #include "zebui/Drawbot.h"
 #include "zebui/Driver.h"
+#include <gtest/gtest.h>
 
 using namespace zebui;
 using ui::UI_NodeManager;

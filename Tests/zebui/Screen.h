@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <gtest/gtest.h>
 
 #include "zebui/Toolkit.h"
 
