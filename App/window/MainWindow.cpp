@@ -17,11 +17,14 @@
 
 #include "App/session/Text.h"
 #include "App/window/Bin.h"
+#include "App/window/DecodeNotice.h"
 #include "App/window/DockFrame.h"
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
 #include "App/window/Settings.h"
 #include "App/window/StreamOnShow.h"
+#include "App/window/TimeDisplays.h"
+#include "App/window/TimelineDock.h"
 #include "HSL/Module.h"
 #include "UIF/Dialogs.h"
 #include "UIF/TabView.h"
@@ -35,6 +38,7 @@ namespace {
 
 constexpr int kNoticeMilliseconds = 8000;
 constexpr int kBinWidth = 360;
+constexpr int kTimelineHeight = 210;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";
@@ -69,7 +73,10 @@ MainWindow::~MainWindow() {
 void MainWindow::MakeDocks() {
   mBin = new Bin;
   mBin->whenSelected = [this](const Clip& clip, const Stream& stream) { SelectClip(clip, stream); };
-  mBin->whenOpened = [this](const Clip& clip, const Stream& stream) { OpenClip(clip, stream); };
+  mBin->whenOpened = [this](const Clip& clip, const Stream& stream) {
+    OpenClip(clip, stream);
+    Session::Instance().SelectSourceClip(clip);
+  };
   mBin->fillMenu = [this](QMenu& menu) { FillBinMenu(menu); };
   mBin->whenImportAsked = [this] { ChooseMedia(); };
 
@@ -77,10 +84,12 @@ void MainWindow::MakeDocks() {
   dock->setObjectName(QStringLiteral("bin"));
   dock->setWidget(mBin);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
+  MakeTimeline();
 
   mStreamOnShow = std::make_unique<StreamOnShow>([this] { return IsPanelShown(); });
   mStreamOnShow->whenChanged = [this] {
     mBin->SetStreamOnShow(mStreamOnShow->Get());
+    timedisplays::SayAgain();
     UpdateMenus();
   };
   mStreamOnShow->whenSayingAgain = [this] { LeavePanel(); };
@@ -109,6 +118,7 @@ void MainWindow::OpenPanel() {
     return;
   }
   Session::Instance().OpenCaptions();
+  timedisplays::SayAgain();
 }
 
 bool MainWindow::IsPanelShown() const {
@@ -152,6 +162,7 @@ void MainWindow::RestoreLayout(bool asLeft) {
       widths.push_back(std::max(1, width() - kBinWidth));
     }
     resizeDocks(docks, widths, Qt::Horizontal);
+    resizeDocks({mTimeline}, {kTimelineHeight}, Qt::Vertical);
   });
 }
 
@@ -167,6 +178,7 @@ void MainWindow::MakeStatusBar() {
   mProblemText->setStyleSheet(QStringLiteral("color: %1").arg(WarningColor().name()));
   statusBar()->addWidget(mProblemSymbol);
   statusBar()->addWidget(mProblemText, 1);
+  new DecodeNotice(statusBar());
   ShowStorageProblem(std::nullopt);
 }
 
@@ -191,11 +203,13 @@ void MainWindow::ShowProblem(const Problem& problem) {
 void MainWindow::ShowProject() {
   const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
   mBin->SetProject(project);
+  mTimeline->SetProject(project);
   if (project) {
     project->SetStorageProblemListener([this](const std::optional<Problem>& problem) { ShowStorageProblem(problem); });
     project->SetHistoryListener([this] {
       UpdateMenus();
       mBin->Refresh();
+      mTimeline->Refresh();
       mStreamOnShow->LookSoon();
     });
     ShowStorageProblem(project->GetStorageProblem());
@@ -241,7 +255,7 @@ void MainWindow::SelectClip(const Clip& clip, const Stream& stream) {
   if (!clip || mBusy)
     return;
   Session& session = Session::Instance();
-  if (session.GetSelectedClip() != clip) {
+  if (!session.IsClipSelected(clip)) {
     session.SelectClip(clip);
     session.GetProject()->SetSetting(kSetting_SelectedClip, clip->GetID());
   }
