@@ -298,11 +298,13 @@ TEST_F(PaneEditCourse, ARevertWithoutTheFocusLeavesItWhereItIs) {
 TEST_F(PaneEditCourse, ARevertWithNothingOpenHasTheSameVisibleResult) {
   Open({MakeCaption(1, 2, u"One")});
   FocusText(1);
+  Inspector::KeepTextFocus(Pane()) = false;
   TakeCourse();
   TakePublished();
   Pane().RevertTextChange(true);
   EXPECT_EQ(TakeCourse(), (Course{"RevertChanges", "focus"}));
   EXPECT_EQ(Text(1).GetValue(), u"One");
+  EXPECT_TRUE(Inspector::KeepTextFocus(Pane()));
   EXPECT_TRUE(Pane().HasFocus());
   EXPECT_TRUE(TakePublished());
 }
@@ -429,6 +431,54 @@ TEST_F(PaneEditCourse, EachRoadThatEndsAPassageOfTypingSaysSoAndTheOthersDoNot) 
   Pane().SelectCaptionAtTime(Seconds(1));
   Pane().SelectAllCaptions();
   EXPECT_EQ(commits(), Course{});
+}
+
+TEST_F(PaneEditCourse, ANewCaptionMakesTheScrollBarLongerAndScrollsFromTheTop) {
+  Open(MakeCaptions({1, 5}));
+  Pane().AddNewCaption();
+  std::vector<Json> calls;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.call == "ScrollBar::SetScrollParameters" || call.call == "ScrollBar::SetScrollBarPosition")
+      calls.push_back(call.args);
+  }
+  ASSERT_GE(calls.size(), 2U);
+  EXPECT_EQ(calls[0]["max"], 4 * 75) << "three rows and one to spare";
+  EXPECT_EQ(calls[1]["position"], 0);
+}
+
+TEST_F(PaneEditCourse, ANewCaptionTakesTheControlsOfTheRowThatItPushesOutOfView) {
+  std::vector<double> begins;
+  for (int i = 0; i < 30; ++i)
+    begins.push_back(2 * i + 1);
+  Open(MakeCaptions(begins));
+  const int last = Inspector::LastVisibleRow(Pane());
+  Pane().AddNewCaption();
+  ASSERT_EQ(Inspector::LastVisibleRow(Pane()), last);
+  int realized = 0;
+  for (const double begin : Begins())
+    realized += Row(begin)->HasControls();
+  EXPECT_EQ(realized, last + 1);
+}
+
+TEST_F(PaneEditCourse, EditsOfACaptionThatTheStreamDoesNotKnowAreShownAndPublishedAllTheSame) {
+  Open(MakeCaptions({1}));
+  List().AddRow(MakeCaption(5, 6, u"Hello"));
+  Pane().UpdateVisibleRows();
+  Pane().SelectCaptionAtTime(Seconds(5));
+  List().SetTextSelection({5, 5});
+  TakePublished();
+  Pane().InsertText(u"!");
+  EXPECT_EQ(Row(5)->GetText(), u"Hello!");
+  EXPECT_EQ(Text(5).GetValue(), u"Hello!");
+  EXPECT_TRUE(TakePublished());
+  Pane().ApplyFormat(zebcaptioning::kFormatBold, zebcaptioning::CaptionFormatInfo());
+  EXPECT_TRUE(TakePublished());
+  Pane().RestoreTextFocus();
+  EXPECT_TRUE(TakePublished());
+  Pane().ChangeCaptionTimes(Seconds(5), Seconds(7), Seconds(1));
+  Pane().DeleteSelectedCaptions();
+  EXPECT_EQ(Begins(), (Times{1}));
+  EXPECT_EQ(stream->GetCaptionCount(), 1U);
 }
 
 TEST_F(PaneEditCourse, ARowThatIsReadAgainWhileItsTextIsTakenUpIsSafe) {
