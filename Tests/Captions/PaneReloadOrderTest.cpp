@@ -182,10 +182,14 @@ TEST_F(PaneReloadOrder, TheOnlyRowThatComesBackWithoutTheFocusStandsForAllOfItsT
 }
 
 TEST_F(PaneReloadOrder, TheOnlyRowThatIsLeftOfSeveralStandsForAllOfItsText) {
-  OpenPanelOn({MakeCaption(1, 2, u"one"), MakeCaption(3, 4, u"two")});
-  List().SelectAll();
-  Pane().SetFilterText(u"two");
-  ASSERT_EQ(SelectedBegins(), (Times{3}));
+  OpenPanelOn({MakeCaption(1, 2, u"two"), MakeCaption(3, 4, u"one"), MakeCaption(5, 6, u"three")});
+  Click(5);
+  SelectClip(nullptr);
+  SelectClip(clip);
+  Click(1);
+  Click(3, UIF::KeyModifiers::kToggle);
+  Pane().SetFilterText(u"two"); // takes the remembered row away as well
+  ASSERT_EQ(SelectedBegins(), (Times{1}));
   EXPECT_EQ(Inspector::TextSelection(List()), kTextRange_Whole);
 }
 
@@ -286,6 +290,7 @@ TEST_F(PaneReloadOrder, TheSameFilterAgainReadsNothing) {
 
 TEST_F(PaneReloadOrder, AnotherFilterScrollsToTheTop) {
   OpenPanelOn(MakeCaptions(kTwelve), 600, 300);
+  Click(3); // in view from both places
   View().DispatchMouseWheel({10, 100}, UIF::KeyModifiers(), -2);
   ASSERT_EQ(Inspector::ScrollOffset(Pane()), 75U);
   Pane().SetFilterText(u"Text");
@@ -572,6 +577,17 @@ TEST_F(PaneReloadOrder, TheClipOnShowThatIsSelectedDuringAWaitTakesTheSwitchBack
   EXPECT_EQ(Inspector::FilterText(Pane()), u"Text");
   EXPECT_EQ(Flags(), (std::vector<bool>{false, false, false}));
   EXPECT_TRUE(Inspector::PendingSource(Pane()).IsEmpty());
+}
+
+TEST_F(PaneReloadOrder, TheClipOnShowThatIsSelectedAgainKeepsTheFormatThatWasChosen) {
+  OpenPanelOn(MakeCaptions({1, 3}));
+  AddStream(clip, MakeCaptions({5}), kCC1 + 1);
+  Pane().SelectStreamFormat(1);
+  SelectClip(clip);
+  EXPECT_EQ(Begins(), (Times{5}));
+  // Another road asks for the stream alone.
+  Pane().ShowMasterClip(clip);
+  EXPECT_EQ(Begins(), (Times{1, 3}));
 }
 
 TEST_F(PaneReloadOrder, ASwitchThatWasPutOffTwiceIsPutOffAnewByAnotherClipAndNotByTheOneOnShow) {
