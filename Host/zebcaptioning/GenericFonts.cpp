@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <memory>
 #include <mutex>
 
 #include <fontconfig/fontconfig.h>

@@ -173,6 +173,24 @@ TEST(SplittingByFont, OfBrokenTextAndUnknownCharactersStillCoversIt) {
   }
 }
 
+TEST(SplittingByFont, OfAGenericFamilyTakesTheInstalledOneThatStandsForIt) {
+  for (const char16_t* name :
+       {u"default", u"monospace", u"sansSerif", u"serif", u"monospaceSansSerif", u"monospaceSerif",
+        u"proportionalSansSerif", u"proportionalSerif", u"casual", u"cursive", u"smallCapitals"}) {
+    const auto pieces = HSL::SplitByFont(u"abc", name, false, false);
+    ASSERT_EQ(pieces.size(), 1U);
+    EXPECT_EQ(pieces[0].family, TextSpanAttributes::GetGenericUIFontName(name)) << zebcore::ToUTF8(name);
+    EXPECT_FALSE(TextSpanAttributes::IsGenericFontName(pieces[0].family)) << zebcore::ToUTF8(name);
+  }
+}
+
+TEST(SplittingByFont, OfAFamilyThatIsNotInstalledTakesOneThatIs) {
+  const auto pieces = HSL::SplitByFont(u"abc", u"No Such Family", false, false);
+  ASSERT_EQ(pieces.size(), 1U);
+  EXPECT_NE(pieces[0].family, u"No Such Family");
+  EXPECT_FALSE(pieces[0].family.empty());
+}
+
 TEST(SplittingByFont, TakesChineseCharactersAsTheLettersAroundThemSay) {
   const auto japanese = HSL::SplitByFont(u"直す", u"DejaVu Sans", false, false);
   EXPECT_EQ(japanese.front().family, u"Noto Sans CJK JP");
