@@ -385,6 +385,12 @@ bool InlineEditor::event(QEvent* event) {
   return QLineEdit::event(event);
 }
 
+void InlineEditor::paintEvent(QPaintEvent* event) {
+  QLineEdit::paintEvent(event);
+  QPainter painter(this);
+  PaintFocusRing(painter, rect(), palette());
+}
+
 void InlineEditor::wheelEvent(QWheelEvent* event) {
   event->accept();
   const int steps = ReadWheelSteps(*event, mWheelRest);

@@ -17,10 +17,10 @@ namespace {
 
 constexpr int kMaxDecimals = 12;
 constexpr int kPixelsPerStep = 3;
-constexpr int kMargin = 2;
-constexpr float kAroundText = 4.0F;
+constexpr int kMargin = 3;
+constexpr float kAroundText = 6.0F;
 constexpr float kHeight = 20.0F;
-constexpr int kEditorCharacters = 8; // that a sum can be seen in while it is typed
+constexpr int kEditorCharacters = 10; // that a sum can be seen in while it is typed
 // Above this a double holds no decimals that could be rounded.
 constexpr double kWholeAbove = 1e15;
 

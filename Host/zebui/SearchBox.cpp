@@ -15,8 +15,10 @@ namespace zebui::controls {
 
 namespace {
 
-constexpr int kGlassWidth = 20;
+constexpr int kGlassWidth = 18;
 constexpr int kClearWidth = 18;
+constexpr int kRim = 2;
+constexpr int kBesideText = 4; // what the text itself keeps free
 constexpr std::size_t kMaxRecent = 10;
 
 QString Localized(const char* key) {
@@ -92,13 +94,33 @@ QAccessibleInterface* Glyph::MakeAccessible() {
   return new AccessibleGlyph(this);
 }
 
+// The line around the box, which says too whether it has the focus.
+class Rim : public QWidget {
+ public:
+  explicit Rim(QWidget* box) : QWidget(box) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    if (toolkit::GetFocusWidget() == parentWidget()) {
+      PaintFocusRing(painter, rect(), palette());
+      return;
+    }
+    const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    painter.setPen(palette().color(group, QPalette::PlaceholderText));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+};
+
 // What lies in the box beside the text. It follows the box's size and its tool tip, which names what is looked for.
 class Furniture : public QObject {
  public:
   Furniture(TextWidget* box, bool glassOpens, std::function<void()> cleared, std::function<void()> opened)
       : QObject(box), mBox(box), mGlass(new Glyph(Glyph::Shape::Glass, glassOpens, std::move(opened), box)),
-        mClear(new Glyph(Glyph::Shape::Cross, true, std::move(cleared), box)) {
-    mBox->SetRoomAtSides(kGlassWidth, kClearWidth);
+        mClear(new Glyph(Glyph::Shape::Cross, true, std::move(cleared), box)), mRim(new Rim(box)) {
+    mBox->setFrameShape(QFrame::NoFrame);
+    mBox->setBackgroundRole(QPalette::Base);
+    mBox->setAutoFillBackground(true);
     mClear->setAccessibleName(Localized("$$$/Vidra/UI/ClearSearch=Clear search"));
     mClear->setToolTip(mClear->accessibleName());
     mGlass->setAccessibleName(Localized("$$$/Vidra/UI/RecentSearches=Recent searches"));
@@ -111,23 +133,37 @@ class Furniture : public QObject {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Resize)
+    if (event->type() == QEvent::Resize || event->type() == QEvent::FontChange)
       Place();
     else if (event->type() == QEvent::ToolTipChange)
-      mBox->setPlaceholderText(mBox->toolTip());
+      ShowPurpose();
+    else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+      mRim->update();
     return QObject::eventFilter(watched, event);
   }
 
  private:
-  void ShowClear() { mClear->setVisible(!mBox->document()->isEmpty()); }
+  void ShowClear() {
+    const bool isEmpty = mBox->document()->isEmpty();
+    mClear->setVisible(!isEmpty);
+    mBox->SetRoomAtSides(kGlassWidth, isEmpty ? kRim : kClearWidth);
+  }
+  // On one line, cut off with dots.
+  void ShowPurpose() {
+    const int room = mBox->width() - kGlassWidth - kRim - kBesideText;
+    mBox->setPlaceholderText(mBox->fontMetrics().elidedText(mBox->toolTip(), Qt::ElideRight, room));
+  }
   void Place() {
+    mRim->setGeometry(mBox->rect());
     mGlass->setGeometry(1, 0, kGlassWidth, mBox->height());
     mClear->setGeometry(mBox->width() - kClearWidth - 1, 0, kClearWidth, mBox->height());
+    ShowPurpose();
   }
 
   TextWidget* mBox;
   Glyph* mGlass;
   Glyph* mClear;
+  Rim* mRim;
 };
 
 } // namespace

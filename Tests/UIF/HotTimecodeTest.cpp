@@ -146,6 +146,92 @@ TEST_F(Field, DraggedBackToWhereItWasReportsNoChange) {
   EXPECT_EQ(log, "changing101 changing100 ");
 }
 
+TEST_F(Field, MakesNoJumpWhenShiftIsPressedOnTheWay) {
+  Mouse(QEvent::MouseButtonPress, 10);
+  Mouse(QEvent::MouseMove, 30);
+  log.clear();
+  Mouse(QEvent::MouseMove, 30, Qt::ShiftModifier);
+  EXPECT_EQ(log, "");
+  Mouse(QEvent::MouseMove, 34, Qt::ShiftModifier);
+  EXPECT_EQ(log, "changing115 ");
+}
+
+TEST_F(Field, IsDraggedATenthAsFastWithControl) {
+  Mouse(QEvent::MouseButtonPress, 10);
+  log.clear();
+  Mouse(QEvent::MouseMove, 48, Qt::ControlModifier);
+  EXPECT_EQ(log, "");
+  Mouse(QEvent::MouseMove, 50, Qt::ControlModifier);
+  EXPECT_EQ(log, "changing101 ");
+}
+
+TEST_F(Field, APressThatHardlyMovesIsAClick) {
+  Mouse(QEvent::MouseButtonPress, 10);
+  Mouse(QEvent::MouseMove, 13);
+  Mouse(QEvent::MouseButtonRelease, 13);
+  EXPECT_NE(field.GetInlineEditText(), nullptr);
+}
+
+TEST_F(Field, TakesAPartialEntryFromTheRight) {
+  for (const auto& [typed, frames] : {std::pair(u"5", 5), std::pair(u"1203", 303), std::pair(u"1:00:00", 1500)}) {
+    field.OpenInlineEditor();
+    zebui::driver::TypeText(zebcore::UString(typed) + u"\n");
+    EXPECT_EQ(field.GetValue(), Frames(frames));
+  }
+}
+
+TEST_F(Field, GoesOnFromItsValueWithAPlusInFront) {
+  field.SetZeroPoint(Frames(25));
+  field.OpenInlineEditor();
+  EXPECT_TRUE(field.EnterText(u"+10"));
+  EXPECT_EQ(field.GetValue(), Frames(110));
+  field.OpenInlineEditor();
+  EXPECT_FALSE(field.EnterText(u"+"));
+}
+
+TEST_F(Field, OpensWhenATimeIsTypedOnIt) {
+  zebui::toolkit::MoveFocus(Hot(), zebui::ui::kFocusChange_Program);
+  log.clear();
+  zebui::driver::TypeText(u"1");
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->text(), QStringLiteral("1"));
+  zebui::driver::TypeText(u"00\n");
+  EXPECT_EQ(log, "editing changed25/1 ");
+}
+
+TEST_F(Field, OpensOnEnterWithItsTextSelected) {
+  zebui::toolkit::MoveFocus(Hot(), zebui::ui::kFocusChange_Program);
+  zebui::driver::PressKey(zebui::ui::kKeyboardCode_Enter);
+  ASSERT_NE(Editor(), nullptr);
+  EXPECT_EQ(Editor()->selectedText(), QStringLiteral("00:00:04:00"));
+}
+
+TEST_F(Field, LeavesThePageKeysToTheListAndShortcutsToTheProgram) {
+  zebui::toolkit::MoveFocus(Hot(), zebui::ui::kFocusChange_Program);
+  log.clear();
+  EXPECT_FALSE(zebui::driver::PressKey(zebui::ui::kKeyboardCode_PageDown));
+  EXPECT_FALSE(zebui::driver::PressKey(zebui::ui::kKeyboardCode_Up, zebui::ui::kModKey_Alt));
+  EXPECT_EQ(log, "");
+}
+
+TEST_F(Field, TypesADropFrameTimeThatDoesNotExistAsTheNextThatDoes) {
+  field.SetTimeDisplay(zebmediatypes::kTimeDisplay_Timecode2997Drop, zebmediatypes::kFrameRate_2997, false);
+  field.OpenInlineEditor();
+  EXPECT_TRUE(field.EnterText(u"00:01:00:00"));
+  EXPECT_EQ(field.GetText(), u"00:01:00;02");
+}
+
+TEST_F(Field, ReadOnlyIsNeitherDraggedNorOpened) {
+  HotTimecodeControl fixed(&panel);
+  fixed.Create(&panel, {0, 20, 80, 17}, {zebmediatypes::kTimeDisplay_Timecode25, kFrameRate_25, kFrameRate_25}, 3, true,
+               false, true, 2);
+  fixed.Show(true);
+  fixed.OpenInlineEditor();
+  EXPECT_EQ(fixed.GetInlineEditText(), nullptr);
+  fixed.Scrub(Frames(4), true);
+  EXPECT_EQ(fixed.GetValue(), TickTime());
+}
+
 TEST_F(Field, StopsAtItsLimits) {
   Mouse(QEvent::MouseButtonPress, 70);
   log.clear();
