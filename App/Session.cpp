@@ -14,12 +14,6 @@ using zebcore::messaging::BroadcastMessage;
 
 namespace {
 
-void SaySelected(const InterfaceRef<BE::MasterClip>& clip) {
-  MZ::MasterClipSelectedMessage message;
-  message.clip = clip;
-  BroadcastMessage(MZ::kStation_MasterClipActivation, message);
-}
-
 // An untitled project in which nothing was ever done leaves no file behind.
 void CloseAndTidy(const InterfaceRef<BE::Project>& project) {
   const bool untouched = project->IsUntitled() && project->GetClips().empty() && project->GetSequences().empty() &&
@@ -102,19 +96,6 @@ void Session::CloseProject() {
   mProject = nullptr;
   MZ::SetActiveProject(nullptr);
   CloseAndTidy(previous);
-}
-
-void Session::SelectClip(const InterfaceRef<BE::MasterClip>& clip) {
-  mSelectedClip = clip;
-  SaySelected(clip);
-}
-
-void Session::SelectNothing() {
-  SelectClip(nullptr);
-}
-
-void Session::RepeatSelection() {
-  SaySelected(mSelectedClip);
 }
 
 void Session::SelectStream(const InterfaceRef<BE::CaptioningStream>& stream) {

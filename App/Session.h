@@ -2,12 +2,14 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "BE/Project.h"
 #include "Formats/Formats.h"
+#include "zebcore/Messaging.h"
 
 // What the program does with a project, without a window: the main window and the driver both stand on it. UI thread;
 // what takes long reports progress and can be stopped, and then leaves the project as it was.
@@ -68,13 +70,48 @@ class Session {
   // Says to the host's listeners what is selected, and says it again when a panel was made.
   void SelectClip(const InterfaceRef<BE::MasterClip>& clip);
   void SelectNothing();
+  // An item whose pictures are shown stands for its clip; one of sound alone, and all the rest, shows no captions.
+  void SelectTrackItem(const InterfaceRef<BE::TrackItem>& item);
+  void SelectTransition();
+  void SelectEmptySpot();
+  void SelectNoTrackItem();
+  void SelectSequence(const InterfaceRef<BE::Sequence>& sequence);
+  void SelectBin();
+  // What is looked at as a source.
+  void SelectSourceClip(const InterfaceRef<BE::MasterClip>& clip);
+  void SelectSourceClip(const InterfaceRef<BE::TrackItem>& item);
   void RepeatSelection();
+  // As if something else had been selected in between: a panel takes up anew what it was on already.
+  void LeaveAndRepeatSelection();
+  // The clip whose captions are worked on: the one selected, or that of the selected item; null for none.
   InterfaceRef<BE::MasterClip> GetSelectedClip() const { return mSelectedClip; }
+  // As a clip of the bin, and not as that of an item or a source.
+  bool IsClipSelected(const InterfaceRef<BE::MasterClip>& clip) const;
   // Out of the bin, with its streams. Panels hear that it was closed.
   void RemoveClip(const InterfaceRef<BE::MasterClip>& clip);
   // Asks panels to show this stream of the selected clip.
   void SelectStream(const InterfaceRef<BE::CaptioningStream>& stream);
   void OpenCaptions(); // MZ::ClosedCaptionsOpenedMessage
+
+  // Opens the captions of an item, at a time of its stream.
+  void OpenTrackItem(const InterfaceRef<BE::Sequence>& sequence, const InterfaceRef<BE::TrackItem>& item,
+                     zebmediatypes::TickTime time);
+
+  // A sequence at the rate of the clip, which lies in it; an empty one without a clip. Null if there is no project that
+  // may be changed.
+  InterfaceRef<BE::Sequence> NewSequence(const InterfaceRef<BE::MasterClip>& clip);
+  void RemoveSequence(const InterfaceRef<BE::Sequence>& sequence);
+  // Each is one undoable step; what is open is committed first.
+  InterfaceRef<BE::TrackItem> PutClip(const InterfaceRef<BE::Sequence>& sequence,
+                                      const InterfaceRef<BE::MasterClip>& clip, zebmediatypes::TickTime start,
+                                      int track);
+  void MoveItems(const InterfaceRef<BE::Sequence>& sequence, const std::vector<BE::Project::ItemPlace>& places);
+  void RemoveItem(const InterfaceRef<BE::Sequence>& sequence, const InterfaceRef<BE::TrackItem>& item);
+  // A second long, or as long as the items allow. Null if they do not meet.
+  InterfaceRef<BE::Transition> AddDissolve(const InterfaceRef<BE::Sequence>& sequence,
+                                           const InterfaceRef<BE::TrackItem>& left,
+                                           const InterfaceRef<BE::TrackItem>& right);
+  void RemoveTransition(const InterfaceRef<BE::Sequence>& sequence, const InterfaceRef<BE::Transition>& transition);
 
   bool Undo();
   bool Redo();
@@ -84,10 +121,18 @@ class Session {
   std::optional<Problem> Replace(Result<InterfaceRef<BE::Project>> next);
   // What is open in the panel and anywhere else becomes a step of the history.
   void Commit();
+  void Say(const zebcore::utility::ImmutableString& station, const zebcore::messaging::Message& message);
+  template <class M> void SayItem(const InterfaceRef<BE::TrackItem>& item);
 
   InterfaceRef<BE::Project> mProject;
   InterfaceRef<BE::MasterClip> mSelectedClip;
+  zebcore::utility::ImmutableString mSelectionStation;
+  std::shared_ptr<const zebcore::messaging::Message> mSelection; // null before anything was selected
 };
+
+// All of a clip, as it is put into a sequence.
+BE::Project::SequenceItem MakeSequenceItem(const InterfaceRef<BE::MasterClip>& clip, zebmediatypes::TickTime start,
+                                           int track);
 
 // The stream numbers of a family, in the order in which they are given out: "cea608" CC1 to CC4, "cea708" services,
 // "teletext" pages, "ebu_n19", "australian", "open" tracks. channel counts from 1; 0 for an unknown name or channel.

@@ -41,6 +41,7 @@ std::optional<Problem> Fill(const SampleFiles& files) {
     if (const auto report = session.ImportCaptions(FindClipFor(path, clips), path, GetStreamFormat(kSampleFamily, 1));
         !report)
       return report.problem;
+  session.NewSequence(clips.front());
   return std::nullopt;
 }
 

@@ -3,6 +3,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStackedWidget>
@@ -12,9 +14,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
+#include "App/window/TimelineView.h"
 #include "zebmediatypes/TickTime.h"
 
 namespace App {
@@ -69,10 +73,40 @@ QString SymbolOf(const BE::MediaInfo& info) {
   return info.width > 0 ? QStringLiteral("video") : QStringLiteral("audio");
 }
 
+// Clips can be taken to the timeline; a click beside all of them means the bin itself.
+class BinTree : public QTreeWidget {
+ public:
+  std::function<void()> whenClickedBeside;
+
+ protected:
+  QStringList mimeTypes() const override { return {QLatin1String(kClipMimeType)}; }
+  QMimeData* mimeData(const QList<QTreeWidgetItem*>& items) const override {
+    if (items.isEmpty())
+      return nullptr;
+    auto* dragged = new QMimeData;
+    dragged->setData(QLatin1String(kClipMimeType), items.front()->data(0, kIDRole).toString().toUtf8());
+    return dragged;
+  }
+  void mousePressEvent(QMouseEvent* event) override {
+    const bool isBeside = !itemAt(event->position().toPoint());
+    QTreeWidget::mousePressEvent(event);
+    if (isBeside && event->button() == Qt::LeftButton) {
+      setCurrentItem(nullptr);
+      whenClickedBeside();
+    }
+  }
+};
+
 } // namespace
 
 Bin::Bin(QWidget* parent)
-    : QWidget(parent), mPages(new QStackedWidget), mTree(new QTreeWidget), mRefreshSoon(new QTimer(this)) {
+    : QWidget(parent), mPages(new QStackedWidget), mTree(new BinTree), mRefreshSoon(new QTimer(this)) {
+  static_cast<BinTree*>(mTree)->whenClickedBeside = [this] {
+    if (whenBinSelected)
+      whenBinSelected();
+  };
+  mTree->setDragEnabled(true);
+  mTree->setDragDropMode(QAbstractItemView::DragOnly);
   mTree->setColumnCount(2);
   mTree->setHeaderLabels({Label("$$$/Vidra/Captivo/Bin/Name=Name"), Label("$$$/Vidra/Captivo/Bin/Details=Details")});
   // A name may be long; there is a tip with all of it.
@@ -96,18 +130,39 @@ Bin::Bin(QWidget* parent)
   mRefreshSoon->setSingleShot(true);
   connect(mRefreshSoon, &QTimer::timeout, this, [this] { RefreshNow(); });
   connect(mTree, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* current) {
-    if (current && !mFilling && whenSelected)
-      whenSelected(GetCurrentClip(), GetCurrentStream());
+    mIsReported = current && !mFilling;
+    if (mIsReported)
+      ReportSelected();
   });
-  connect(mTree, &QTreeWidget::itemActivated, this, [this] {
-    if (whenOpened)
-      whenOpened(GetCurrentClip(), GetCurrentStream());
+  // Also when it is the current one already, since something else may have been selected elsewhere meanwhile.
+  connect(mTree, &QTreeWidget::itemClicked, this, [this] {
+    if (!std::exchange(mIsReported, false))
+      ReportSelected();
   });
+  connect(mTree, &QTreeWidget::itemActivated, this, [this] { ReportOpened(); });
   connect(mTree, &QTreeWidget::customContextMenuRequested, this, [this](const QPoint& point) { ShowMenu(point); });
 }
 
 Bin::~Bin() {
-  Follow({});
+  StopFollowing();
+}
+
+void Bin::ReportSelected() {
+  if (const Sequence sequence = GetCurrentSequence()) {
+    if (whenSequenceSelected)
+      whenSequenceSelected(sequence);
+  } else if (whenSelected) {
+    whenSelected(GetCurrentClip(), GetCurrentStream());
+  }
+}
+
+void Bin::ReportOpened() {
+  if (const Sequence sequence = GetCurrentSequence()) {
+    if (whenSequenceOpened)
+      whenSequenceOpened(sequence);
+  } else if (whenOpened) {
+    whenOpened(GetCurrentClip(), GetCurrentStream());
+  }
 }
 
 QWidget* Bin::MakeEmptyPage() {
@@ -148,7 +203,7 @@ void Bin::RefreshNow() {
   const QTreeWidgetItem* current = mTree->currentItem();
   const std::string currentID = current ? current->data(0, kIDRole).toString().toStdString() : std::string();
   const std::vector<Clip> clips = mProject ? mProject->GetClips() : std::vector<Clip>();
-  Follow(clips);
+  Follow();
   std::map<std::string, bool> folded;
   for (int i = 0; i < mTree->topLevelItemCount(); ++i)
     folded[mTree->topLevelItem(i)->data(0, kIDRole).toString().toStdString()] = !mTree->topLevelItem(i)->isExpanded();
@@ -161,9 +216,12 @@ void Bin::RefreshNow() {
       FillStream(*new QTreeWidgetItem(item), stream);
     item->setExpanded(!folded[clip->GetID()]);
   }
+  const std::vector<Sequence> sequences = mProject ? mProject->GetSequences() : std::vector<Sequence>();
+  for (const Sequence& sequence : sequences)
+    FillSequence(*new QTreeWidgetItem(mTree), sequence);
   MakeCurrent(currentID);
   MarkStreams();
-  mPages->setCurrentIndex(clips.empty() ? kPage_Empty : kPage_Tree);
+  mPages->setCurrentIndex(clips.empty() && sequences.empty() ? kPage_Empty : kPage_Tree);
   mFilling = false;
 }
 
@@ -192,14 +250,44 @@ void Bin::FillStream(QTreeWidgetItem& item, const Stream& stream) {
                                     : Label("$$$/Vidra/Captivo/Bin/Captions={1} captions", {std::to_string(count)}));
   item.setIcon(kColumn_Name, Symbol(QStringLiteral("stream")));
   item.setData(kColumn_Name, kIDRole, QString::fromStdString(stream->GetID()));
+  item.setFlags(item.flags() & ~Qt::ItemIsDragEnabled);
 }
 
-void Bin::Follow(const std::vector<Clip>& clips) {
-  for (const Clip& clip : mFollowed)
-    zebcore::messaging::RemoveListener(clip->GetStationID(), this);
-  mFollowed = clips;
-  for (const Clip& clip : mFollowed)
-    zebcore::messaging::AddListener(clip->GetStationID(), this);
+void Bin::FillSequence(QTreeWidgetItem& item, const Sequence& sequence) {
+  const std::int64_t frame = sequence->GetVideoFrameRate().GetTicksPerFrame();
+  QStringList parts;
+  if (sequence->GetVideoFrameRate().IsValid())
+    parts << Label(
+        "$$$/Vidra/Captivo/Bin/FramesPerSecond={1} fps",
+        {RateText(static_cast<double>(zebmediatypes::kTicksPerSecond) / static_cast<double>(frame)).toStdString()});
+  const auto own = sequence.Query<BE::IMasterClip>();
+  const auto video = own ? own->GetClip(BE::kMediaType_Video, 0) : nullptr;
+  parts << DurationText(video ? Seconds(video->GetDuration()) : 0);
+  item.setText(kColumn_Name, ToQString(sequence->GetName()));
+  item.setText(kColumn_Details, parts.join(QStringLiteral(" · ")));
+  item.setIcon(kColumn_Name, Symbol(QStringLiteral("sequence")));
+  item.setToolTip(kColumn_Name, ToQString(sequence->GetName()));
+  item.setData(kColumn_Name, kIDRole, QString::fromStdString(sequence->GetID()));
+  item.setFlags(item.flags() & ~Qt::ItemIsDragEnabled);
+}
+
+void Bin::StopFollowing() {
+  for (const auto& station : mStations)
+    zebcore::messaging::RemoveListener(station, this);
+  mStations.clear();
+}
+
+void Bin::Follow() {
+  StopFollowing();
+  if (!mProject)
+    return;
+  mStations.push_back(mProject->GetStationID());
+  for (const Clip& clip : mProject->GetClips())
+    mStations.push_back(clip->GetStationID());
+  for (const Sequence& sequence : mProject->GetSequences())
+    mStations.push_back(sequence->GetStationID());
+  for (const auto& station : mStations)
+    zebcore::messaging::AddListener(station, this);
 }
 
 void Bin::HandleMessage(const zebcore::messaging::Message&) {
@@ -219,6 +307,17 @@ Bin::Stream Bin::GetCurrentStream() const {
   if (!item || !item->parent() || !mProject)
     return nullptr;
   return mProject->FindStream(item->data(0, kIDRole).toString().toStdString());
+}
+
+Bin::Sequence Bin::GetCurrentSequence() const {
+  const QTreeWidgetItem* item = mTree->currentItem();
+  if (!item || item->parent() || !mProject)
+    return nullptr;
+  return mProject->FindSequence(item->data(0, kIDRole).toString().toStdString());
+}
+
+void Bin::SetCurrentSequence(const Sequence& sequence) {
+  MakeCurrent(sequence ? sequence->GetID() : std::string());
 }
 
 void Bin::SetCurrentClip(const Clip& clip) {

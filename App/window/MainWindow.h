@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "App/Session.h"
+#include "App/window/TimeDisplays.h"
 
 class QAction;
 class QLabel;
@@ -30,6 +31,8 @@ namespace App {
 class Bin;
 class DockFrame;
 class StreamOnShow;
+class TimelineDock;
+struct TimelineSelection;
 
 // The window of the program: the project's bin and the host's panels as docks, the menus, and what they do.
 class MainWindow : public QMainWindow {
@@ -122,8 +125,31 @@ class MainWindow : public QMainWindow {
   void SelectClip(const Clip& clip, const Stream& stream);
   void OpenClip(const Clip& clip, const Stream& stream);
 
+  // Sequences
+  void MakeTimeline();
+  void MakeSequenceMenu();
+  void FillTimelineMenu(QMenu& menu);
+  // For the sequence that is current in the bin. False if none is.
+  bool FillSequenceMenu(QMenu& menu);
+  void AddClipEntries(QMenu& menu, const Clip& clip);
+  void FillTimeDisplays(QMenu& menu, timedisplays::Which which);
+  void SelectInTimeline(const TimelineSelection& selection);
+  // At a time of the sequence.
+  void OpenItem(const InterfaceRef<BE::TrackItem>& item, zebmediatypes::TickTime time);
+  void OpenSequence(const InterfaceRef<BE::Sequence>& sequence);
+  void Show(const InterfaceRef<BE::Sequence>& sequence);
+  void NewSequence();
+  void RemoveSequence(const InterfaceRef<BE::Sequence>& sequence);
+  void PutClip(const std::string& clip, zebmediatypes::TickTime start, int track);
+  void DeleteInTimeline();
+  // Two items of a video track between which there is room for a dissolve; null without any.
+  std::pair<InterfaceRef<BE::TrackItem>, InterfaceRef<BE::TrackItem>> FindMeetingItems() const;
+  void AddDissolve();
+  void ChangeSequence();
+
   std::function<void()> mAskRebuild;
   Bin* mBin = nullptr;
+  TimelineDock* mTimeline = nullptr;
   std::map<zebcore::UString, DockFrame*> mFrames;
   std::unique_ptr<StreamOnShow> mStreamOnShow;
   std::unique_ptr<HSL::Handler> mCaptionsHandler; // null if the panel's module is not there

@@ -88,6 +88,7 @@ void MainWindow::MakeMenus() {
   MakeFileMenu();
   MakeEditMenu();
   MakeCaptionsMenu();
+  MakeSequenceMenu();
   MakeWindowMenu();
   MakeHelpMenu();
   shortcuts::Apply(*this);
@@ -322,6 +323,7 @@ void MainWindow::MakeWindowMenu() {
 void MainWindow::FillWindowMenu(QMenu* menu) {
   menu->clear();
   menu->addAction(findChild<QDockWidget*>(QStringLiteral("bin"))->toggleViewAction());
+  menu->addAction(findChild<QDockWidget*>(QStringLiteral("timeline"))->toggleViewAction());
   for (const UIF::WindowMenuEntry& entry : UIF::GetWindowMenu()) {
     QAction* action = menu->addAction(Plain(ToQString(entry.title)));
     const auto frame = mFrames.find(HSL::kCaptionsHandlerID);
@@ -377,6 +379,8 @@ void MainWindow::MakeHelpMenu() {
 }
 
 void MainWindow::FillBinMenu(QMenu& menu) {
+  if (FillSequenceMenu(menu))
+    return;
   const Clip clip = mBin->GetCurrentClip();
   const Stream stream = mBin->GetCurrentStream();
   if (!clip) {
@@ -385,6 +389,7 @@ void MainWindow::FillBinMenu(QMenu& menu) {
   }
   QAction* open = menu.addAction(Label("$$$/Vidra/Captivo/Menu/OpenCaptions=Open Captions"));
   connect(open, &QAction::triggered, this, [this, clip, stream] { OpenClip(clip, stream); });
+  AddClipEntries(menu, clip);
   menu.addSeparator();
   menu.addAction(mImportCaptions);
   if (stream)

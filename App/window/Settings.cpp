@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "zebmediatypes/TimeDisplay.h"
+
 namespace App::settings {
 
 namespace {
@@ -86,6 +88,20 @@ int GetImportChannel() {
 void SetImportFormat(const std::string& family, int channel) {
   Store().setValue(QStringLiteral("import/family"), QString::fromStdString(family));
   Store().setValue(QStringLiteral("import/channel"), channel);
+}
+
+namespace {
+QString TimeDisplayKey(bool ofSources) {
+  return ofSources ? QStringLiteral("timecode/source") : QStringLiteral("timecode/sequence");
+}
+} // namespace
+
+int GetTimeDisplay(bool ofSources) {
+  return Store().value(TimeDisplayKey(ofSources), zebmediatypes::kTimeDisplay_Invalid.GetNumber()).toInt();
+}
+
+void SetTimeDisplay(bool ofSources, int number) {
+  Store().setValue(TimeDisplayKey(ofSources), number);
 }
 
 QString GetFolder() {

@@ -36,6 +36,10 @@ std::string GetImportFamily();
 int GetImportChannel();
 void SetImportFormat(const std::string& family, int channel);
 
+// The number of the time display chosen for sources, or for sequences; that of the invalid display at first.
+int GetTimeDisplay(bool ofSources);
+void SetTimeDisplay(bool ofSources, int number);
+
 // Where files were last chosen; the home folder at first.
 QString GetFolder();
 void SetFolderOf(const QString& file);

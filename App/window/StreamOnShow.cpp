@@ -21,7 +21,9 @@ StreamOnShow::StreamOnShow(std::function<bool()> isPanelShown)
   mLookSoon->setSingleShot(true);
   QObject::connect(mLookSoon, &QTimer::timeout, [this] { Look(); });
   AddListener(MZ::kStation_MasterClipActivation, this);
-  AddListener(MZ::kStation_ClosedCaptionsActivation, this);
+  for (const auto& station : {MZ::kStation_ClosedCaptionsActivation, MZ::kStation_Info, MZ::kStation_SequenceActivation,
+                              MZ::kStation_BinActivation, HSL::kStation_CaptionSelection})
+    AddListener(station, this);
 }
 
 StreamOnShow::~StreamOnShow() {
@@ -37,6 +39,17 @@ void StreamOnShow::HandleMessage(const zebcore::messaging::Message& message) {
     return;
   if (const auto* selected = MessageCast<MZ::MasterClipSelectedMessage>(message)) {
     OnClipSelected(selected->clip.Query<BE::MasterClip>());
+  } else if (const auto* video = MessageCast<MZ::VideoTrackItemInfoMessage>(message)) {
+    OnClipSelected(video->info.clip.Query<BE::MasterClip>());
+  } else if (const auto* both = MessageCast<MZ::AudioVideoTrackItemInfoMessage>(message)) {
+    OnClipSelected(both->info.clip.Query<BE::MasterClip>());
+  } else if (const auto* source = MessageCast<HSL::SourceClipSelectedMessage>(message)) {
+    OnSourceSelected(*source);
+  } else if (MessageCast<MZ::AudioTrackItemInfoMessage>(message) ||
+             MessageCast<MZ::TransitionTrackItemInfoMessage>(message) ||
+             MessageCast<MZ::EmptyTrackItemInfoMessage>(message) || MessageCast<MZ::NothingInfoMessage>(message) ||
+             MessageCast<MZ::SequenceSelectedMessage>(message) || MessageCast<MZ::BinSelectedMessage>(message)) {
+    OnClipSelected(nullptr);
   } else if (const auto* chosen = MessageCast<MZ::CaptionsSelectionChangedMessage>(message)) {
     OnFormatChosen(chosen->format);
   } else if (const auto* modified = MessageCast<BE::CaptionStreamFormatModifiedMessage>(message)) {
@@ -65,6 +78,15 @@ void StreamOnShow::OnClipSelected(const Clip& clip) {
   FollowStreams();
   const auto streams = mClip ? mClip->GetStreams() : std::vector<Stream>();
   Show(streams.empty() ? Stream() : streams.front());
+}
+
+void StreamOnShow::OnSourceSelected(const HSL::SourceClipSelectedMessage& source) {
+  if (source.kind == 1)
+    OnClipSelected(source.clip.Query<BE::MasterClip>());
+  const auto item = source.item.Query<BE::IClipTrackItem>();
+  const auto clip = item ? item->GetClip() : nullptr;
+  if (source.kind == 2)
+    OnClipSelected(clip ? clip->GetMasterClip().Query<BE::MasterClip>() : nullptr);
 }
 
 void StreamOnShow::OnFormatChosen(zebcaptioning::StreamFormat format) {
@@ -109,8 +131,7 @@ void StreamOnShow::SayAgain(const Stream& wanted) {
   const auto streams = mClip->GetStreams();
   Stream shown = streams.empty() ? Stream() : streams.front();
   mSaying = true;
-  session.SelectNothing();
-  session.SelectClip(mClip);
+  session.LeaveAndRepeatSelection();
   if (wanted != shown && mIsPanelShown()) {
     session.SelectStream(wanted);
     shown = wanted;

@@ -8,6 +8,10 @@
 
 class QTimer;
 
+namespace HSL {
+struct SourceClipSelectedMessage;
+}
+
 namespace App {
 
 // Which stream of the selected clip the panel shows. The panel says nothing about it, so this hears what the panel
@@ -34,6 +38,7 @@ class StreamOnShow : private zebcore::messaging::Listener {
  private:
   void HandleMessage(const zebcore::messaging::Message& message) override;
   void OnClipSelected(const Clip& clip);
+  void OnSourceSelected(const HSL::SourceClipSelectedMessage& source);
   void OnFormatChosen(zebcaptioning::StreamFormat format);
   void Look();
   void SayAgain(const Stream& wanted);
