@@ -124,8 +124,9 @@ std::vector<CaptionFontRecord> MakeRecords(std::vector<FaceFacts> faces) {
     CaptionFontRecord record;
     record.styleName = StyleName(face);
     record.fullName = zebcore::FromUTF8(face.fullName);
-    record.isBold = IsBold(face);
-    record.isItalic = IsItalic(face);
+    // By the name too: a face that calls itself bold is chosen as a bold one, whatever its weight says.
+    record.isBold = IsBold(face) || record.styleName.starts_with(u"Bold");
+    record.isItalic = record.styleName.ends_with(u"Italic");
     const bool isKnown =
         std::ranges::any_of(entries, [&](const Entry& entry) { return entry.record.styleName == record.styleName; });
     if (!isKnown)

@@ -6,6 +6,7 @@
 
 #include <fontconfig/fontconfig.h>
 #include <unicode/coll.h>
+#include <unicode/locid.h>
 
 #include "TD/FaceNames.h"
 
@@ -32,7 +33,10 @@ class SortKeys {
  public:
   SortKeys() {
     UErrorCode status = U_ZERO_ERROR;
-    mCollator.reset(icu::Collator::createInstance(status));
+    // A machine without a language sorts by code points, which nobody reads as an order of names.
+    const icu::Locale machine;
+    const bool hasLanguage = std::string_view(machine.getVariant()) != "POSIX";
+    mCollator.reset(icu::Collator::createInstance(hasLanguage ? machine : icu::Locale::getRoot(), status));
     if (U_FAILURE(status))
       mCollator.reset();
   }

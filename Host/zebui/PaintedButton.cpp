@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 
 #include "zebui/Toolkit.h"
@@ -31,6 +32,40 @@ bool IsRepeatedPress(QEvent& event) {
   if (isPress)
     event.accept();
   return isPress;
+}
+
+// The toolkit's own would check the button without a click.
+class ButtonAccess : public QAccessibleWidget {
+ public:
+  explicit ButtonAccess(PaintedButton* button) : QAccessibleWidget(button, QAccessible::Button) {}
+
+  QAccessible::Role role() const override {
+    return Button().isCheckable() ? QAccessible::CheckBox : QAccessible::Button;
+  }
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = Button().isCheckable();
+    state.checked = Button().isChecked();
+    state.pressed = Button().isDown();
+    return state;
+  }
+  QStringList actionNames() const override {
+    return Button().isEnabled() ? QStringList{pressAction(), setFocusAction()} : QStringList();
+  }
+  void doAction(const QString& name) override {
+    if (name == pressAction())
+      static_cast<PaintedButton*>(widget())->click();
+    else
+      QAccessibleWidget::doAction(name);
+  }
+
+ private:
+  const PaintedButton& Button() const { return static_cast<const PaintedButton&>(*widget()); }
+};
+
+QAccessibleInterface* MakeButtonAccess(const QString&, QObject* object) {
+  auto* button = dynamic_cast<PaintedButton*>(object);
+  return button ? new ButtonAccess(button) : nullptr;
 }
 
 } // namespace
@@ -78,6 +113,11 @@ void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palet
 
 PaintedButton::PaintedButton(ui::UI_Node& owner, Paint paint, QWidget* parent)
     : QPushButton(parent), mOwner(&owner), mPaint(std::move(paint)) {
+  static const bool isInstalled = [] {
+    QAccessible::installFactory(MakeButtonAccess);
+    return true;
+  }();
+  static_cast<void>(isInstalled);
   setAutoDefault(false);
   setAttribute(Qt::WA_Hover);
   setMouseTracking(true);
@@ -86,7 +126,8 @@ PaintedButton::PaintedButton(ui::UI_Node& owner, Paint paint, QWidget* parent)
 void PaintedButton::Orphan() {
   mOwner = nullptr;
   mPaint = nullptr;
-  disconnect();
+  // No more than that: assistive technology wants to hear of the widget's end.
+  QObject::disconnect(this, &QAbstractButton::clicked, nullptr, nullptr);
 }
 
 ButtonLook PaintedButton::GetLook() const {

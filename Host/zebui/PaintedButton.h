@@ -35,7 +35,8 @@ void PaintFrame(QPainter& painter, const QRectF& rect, const QColor& color, qrea
 
 // A node's button. Keys go through the node, which answers Space and Enter by IsPressKey, once for each time that they
 // are held down; a click does what clicked is
-// connected to. Being checked is up to the control, a click leaves it alone.
+// connected to. Being checked is up to the control, a click leaves it alone. Assistive technology finds a check box
+// where it can be checked, else a button, with a click as the one thing to do.
 class PaintedButton : public QPushButton {
  public:
   using Paint = std::function<void(QPainter& painter, const QRectF& rect, const ButtonLook& look)>;

@@ -90,8 +90,9 @@ struct UI_PositionGridControl::Grid {
       const PointT<int> at{index % kCells, index / kCells};
       const QRectF full = measures.RectOf(at);
       const qreal inset = std::floor(full.width() / 4);
+      // Beside the ring of the focus its own colour would be lost.
       if (at == cell)
-        painter.fillRect(full, look.enabled ? colors.accent : weak);
+        painter.fillRect(full, !look.enabled ? weak : look.focused ? colors.ink : colors.accent);
       else if (at == pointed)
         painter.fillRect(full, look.pressed ? colors.accent : colors.ink);
       else
