@@ -258,8 +258,8 @@ TEST_F(PaneOnASequence, ADisplayChosenForTheSequenceReachesTheTimecodesInView) {
 
 TEST_F(PaneOnASequence, ChangedSettingsOfItAreTakenUpAndTheRowsRefreshed) {
   Inspector::SequenceMediaIsVideo(Inspector::Source(Pane())) = 0;
-  sequence->SetTimeDisplays(zebmediatypes::kTimeDisplay_Frames, zebmediatypes::kTimeDisplay_AudioSamples);
   Inspector::FirstVisibleRow(Pane()) = -1;
+  sequence->SetTimeDisplays(zebmediatypes::kTimeDisplay_Frames, zebmediatypes::kTimeDisplay_AudioSamples);
   SendSettings(sequence);
   EXPECT_EQ(Override(kSequence, true), zebmediatypes::kTimeDisplay_Frames);
   EXPECT_EQ(Override(kSequence, false), zebmediatypes::kTimeDisplay_AudioSamples);

@@ -90,11 +90,13 @@ struct PanelTest::Frame : UIF::WorkspaceFrame {
   bool IsShown() const override { return shown; }
   void BringToFront() override { isFrontMost = true; }
   bool IsFrontMost() const override { return isFrontMost; }
+  bool LaysOutNewViews() const override { return laysOutNewViews; }
 
   QWidget container;
   UString title;
   bool shown = true;
   bool isFrontMost = false;
+  bool laysOutNewViews = true;
 };
 
 PanelTest::PanelTest() : renderRequests(sRenderRequests), renderer(sRenderer) {
@@ -170,6 +172,16 @@ void PanelTest::OpenPanel(int width, int height) {
     MakeHandler();
   frame->container.resize(width, height);
   zebcore::messaging::BroadcastMessage(MZ::kStation_ClosedCaptionsActivation, MZ::ClosedCaptionsOpenedMessage());
+}
+
+void PanelTest::OpenPanelWithoutLayout(int width, int height) {
+  if (!handler)
+    MakeHandler();
+  frame->container.resize(width, height);
+  frame->container.show(); // a size that waits to be reported would lay the view out
+  frame->laysOutNewViews = false;
+  UIF::Workspace::Instance()->CreateOrReanimateTabView(handler->GetTabID(), {});
+  frame->laysOutNewViews = true;
 }
 
 void PanelTest::OpenPanelOn(const std::vector<boost::intrusive_ptr<Caption>>& captions, int width, int height) {

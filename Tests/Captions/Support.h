@@ -43,25 +43,139 @@ class CaptionsInspector {
   static bool IsCreated(CaptionsView& view) { return view.created; }
   static void LayoutContent(CaptionsView& view, const RectT<int>& rect) { view.LayoutContent(rect); }
 
-  static auto& Source(CaptionsPane& pane) { return pane.source; }
-  static CaptionsItemList& List(CaptionsPane& pane) { return *pane.list; }
-  static auto& Updater(CaptionsPane& pane) { return *pane.updater; }
-  static auto& ScrollOffset(CaptionsPane& pane) { return pane.scrollOffset; }
-  static auto& FirstVisibleRow(CaptionsPane& pane) { return pane.firstVisibleRow; }
-  static auto& LastVisibleRow(CaptionsPane& pane) { return pane.lastVisibleRow; }
-  static auto& ResetScrollPending(CaptionsPane& pane) { return pane.resetScrollPending; }
-  static auto& DeferActive(CaptionsPane& pane) { return pane.deferActive; }
-  static auto& ReloadPending(CaptionsPane& pane) { return pane.reloadPending; }
-  static auto& SourcePending(CaptionsPane& pane) { return pane.sourcePending; }
-  static auto& PendingSource(CaptionsPane& pane) { return pane.pendingSource; }
-  static auto& FilterText(CaptionsPane& pane) { return pane.filterText; }
-  static auto& KeepTextFocus(CaptionsPane& pane) { return pane.keepTextFocus; }
-  static auto PollTimer(CaptionsPane& pane) { return pane.pollTimer; }
-  static auto DeferTimer(CaptionsPane& pane) { return pane.deferTimer; }
-  static bool IsCreated(CaptionsPane& pane) { return pane.created; }
-  static void SelectRememberedOrFirst(CaptionsPane& pane) { pane.SelectRememberedOrFirst(); }
-  static auto& RendererStation(CaptionsPane& pane) { return pane.rendererStation; }
-  static auto& PreviewCache(CaptionsPane& pane) { return pane.previewCache; }
+  // The controls of the format bar by their fields.
+#define CAPTIVO_VIEW_FIELD(Name, field)                                                                                \
+  static auto& Name(CaptionsView& view) {                                                                              \
+    return view.field;                                                                                                 \
+  }
+  CAPTIVO_VIEW_FIELD(FilterBox, filterBox)
+  CAPTIVO_VIEW_FIELD(StreamLabel, streamLabel)
+  CAPTIVO_VIEW_FIELD(StreamPopup, streamPopup)
+  CAPTIVO_VIEW_FIELD(GridLabel, gridLabel)
+  CAPTIVO_VIEW_FIELD(GridSizeText, gridSizeText)
+  CAPTIVO_VIEW_FIELD(FontLabel, fontLabel)
+  CAPTIVO_VIEW_FIELD(FontFamilyPopup, fontFamilyPopup)
+  CAPTIVO_VIEW_FIELD(FontWeightPopup, fontWeightPopup)
+  CAPTIVO_VIEW_FIELD(FontSizeLabel, fontSizeLabel)
+  CAPTIVO_VIEW_FIELD(FontSizeControl, fontSizeControl)
+  CAPTIVO_VIEW_FIELD(DoubleHeightPopup, doubleHeightPopup)
+  CAPTIVO_VIEW_FIELD(EdgeWidthLabel, edgeWidthLabel)
+  CAPTIVO_VIEW_FIELD(EdgeWidthControl, edgeWidthControl)
+  CAPTIVO_VIEW_FIELD(LineSpacingLabel, lineSpacingLabel)
+  CAPTIVO_VIEW_FIELD(LineSpacingControl, lineSpacingControl)
+  CAPTIVO_VIEW_FIELD(RegionPopup, regionPopup)
+  CAPTIVO_VIEW_FIELD(StylePopup, stylePopup)
+  CAPTIVO_VIEW_FIELD(CaptionTypeLabel, captionTypeLabel)
+  CAPTIVO_VIEW_FIELD(CaptionTypePopup, captionTypePopup)
+  CAPTIVO_VIEW_FIELD(CaptionTypeMap, captionTypeMap)
+  CAPTIVO_VIEW_FIELD(AlignLeftButton, alignLeftButton)
+  CAPTIVO_VIEW_FIELD(AlignCenterButton, alignCenterButton)
+  CAPTIVO_VIEW_FIELD(AlignRightButton, alignRightButton)
+  CAPTIVO_VIEW_FIELD(AlignDivider, alignDivider)
+  CAPTIVO_VIEW_FIELD(BoldButton, boldButton)
+  CAPTIVO_VIEW_FIELD(ItalicButton, italicButton)
+  CAPTIVO_VIEW_FIELD(UnderlineButton, underlineButton)
+  CAPTIVO_VIEW_FIELD(MusicNoteButton, musicNoteButton)
+  CAPTIVO_VIEW_FIELD(StyleDivider, styleDivider)
+  CAPTIVO_VIEW_FIELD(TextColorButton, textColorButton)
+  CAPTIVO_VIEW_FIELD(BackgroundColorButton, backgroundColorButton)
+  CAPTIVO_VIEW_FIELD(EdgeColorButton, edgeColorButton)
+  CAPTIVO_VIEW_FIELD(ColorSwatch, colorSwatch)
+  CAPTIVO_VIEW_FIELD(ColorPicker, colorPicker)
+  CAPTIVO_VIEW_FIELD(OpacityControl, opacityControl)
+  CAPTIVO_VIEW_FIELD(OpacityUnitText, opacityUnitText)
+  CAPTIVO_VIEW_FIELD(ColorDivider, colorDivider)
+  CAPTIVO_VIEW_FIELD(ClosedPositionGrid, closedPositionGrid)
+  CAPTIVO_VIEW_FIELD(ClosedPositionXLabel, closedPositionXLabel)
+  CAPTIVO_VIEW_FIELD(ClosedPositionXControl, closedPositionXControl)
+  CAPTIVO_VIEW_FIELD(ClosedPositionYLabel, closedPositionYLabel)
+  CAPTIVO_VIEW_FIELD(ClosedPositionYControl, closedPositionYControl)
+  CAPTIVO_VIEW_FIELD(OpenPositionGrid, openPositionGrid)
+  CAPTIVO_VIEW_FIELD(OpenPositionXLabel, openPositionXLabel)
+  CAPTIVO_VIEW_FIELD(OpenPositionXControl, openPositionXControl)
+  CAPTIVO_VIEW_FIELD(OpenPositionXUnitText, openPositionXUnitText)
+  CAPTIVO_VIEW_FIELD(OpenPositionYLabel, openPositionYLabel)
+  CAPTIVO_VIEW_FIELD(OpenPositionYControl, openPositionYControl)
+  CAPTIVO_VIEW_FIELD(OpenPositionYUnitText, openPositionYUnitText)
+  CAPTIVO_VIEW_FIELD(ImportSettingsButton, importSettingsButton)
+  CAPTIVO_VIEW_FIELD(ExportSettingsButton, exportSettingsButton)
+  CAPTIVO_VIEW_FIELD(AddCaptionButton, addCaptionButton)
+  CAPTIVO_VIEW_FIELD(DeleteCaptionButton, deleteCaptionButton)
+  CAPTIVO_VIEW_FIELD(StreamFormatOnShow, streamFormat)
+  CAPTIVO_VIEW_FIELD(IsOpenCaptions, isOpenCaptions)
+  CAPTIVO_VIEW_FIELD(FamilyFonts, familyFonts)
+  CAPTIVO_VIEW_FIELD(ColorType, colorType)
+  CAPTIVO_VIEW_FIELD(UnderlineAllowed, underlineAllowed)
+  CAPTIVO_VIEW_FIELD(ItalicAllowed, italicAllowed)
+  CAPTIVO_VIEW_FIELD(BoldAllowed, boldAllowed)
+  CAPTIVO_VIEW_FIELD(FrameRect, frameRect)
+  CAPTIVO_VIEW_FIELD(MinPositionX, minPositionX)
+  CAPTIVO_VIEW_FIELD(MaxPositionX, maxPositionX)
+  CAPTIVO_VIEW_FIELD(MinPositionY, minPositionY)
+  CAPTIVO_VIEW_FIELD(MaxPositionY, maxPositionY)
+  CAPTIVO_VIEW_FIELD(LastEdgeColor, lastEdgeColor)
+  CAPTIVO_VIEW_FIELD(FontStyleName, fontStyleName)
+  CAPTIVO_VIEW_FIELD(EyedropperActive, eyedropperActive)
+  CAPTIVO_VIEW_FIELD(ContextName, contextName)
+#undef CAPTIVO_VIEW_FIELD
+
+  static auto& Source(CaptionsPane& pane) {
+    return pane.source;
+  }
+  static CaptionsItemList& List(CaptionsPane& pane) {
+    return *pane.list;
+  }
+  static auto& Updater(CaptionsPane& pane) {
+    return *pane.updater;
+  }
+  static auto& ScrollOffset(CaptionsPane& pane) {
+    return pane.scrollOffset;
+  }
+  static auto& FirstVisibleRow(CaptionsPane& pane) {
+    return pane.firstVisibleRow;
+  }
+  static auto& LastVisibleRow(CaptionsPane& pane) {
+    return pane.lastVisibleRow;
+  }
+  static auto& ResetScrollPending(CaptionsPane& pane) {
+    return pane.resetScrollPending;
+  }
+  static auto& DeferActive(CaptionsPane& pane) {
+    return pane.deferActive;
+  }
+  static auto& ReloadPending(CaptionsPane& pane) {
+    return pane.reloadPending;
+  }
+  static auto& SourcePending(CaptionsPane& pane) {
+    return pane.sourcePending;
+  }
+  static auto& PendingSource(CaptionsPane& pane) {
+    return pane.pendingSource;
+  }
+  static auto& FilterText(CaptionsPane& pane) {
+    return pane.filterText;
+  }
+  static auto& KeepTextFocus(CaptionsPane& pane) {
+    return pane.keepTextFocus;
+  }
+  static auto PollTimer(CaptionsPane& pane) {
+    return pane.pollTimer;
+  }
+  static auto DeferTimer(CaptionsPane& pane) {
+    return pane.deferTimer;
+  }
+  static bool IsCreated(CaptionsPane& pane) {
+    return pane.created;
+  }
+  static void SelectRememberedOrFirst(CaptionsPane& pane) {
+    pane.SelectRememberedOrFirst();
+  }
+  static auto& RendererStation(CaptionsPane& pane) {
+    return pane.rendererStation;
+  }
+  static auto& PreviewCache(CaptionsPane& pane) {
+    return pane.previewCache;
+  }
   static auto& FindPreviewEntry(CaptionsPane& pane, const InterfaceRef<BE::IVideoSegments>& video,
                                 const TickTime& time) {
     return pane.FindPreviewEntry(video, time, nullptr);
@@ -71,11 +185,21 @@ class CaptionsInspector {
     return found == pane.previewCache.end() ? 0 : found->second.size();
   }
 
-  static StreamFormat Format(const CaptionsItemList& list) { return list.mStreamFormat; }
-  static int Columns(const CaptionsItemList& list) { return list.mColumns; }
-  static int Rows(const CaptionsItemList& list) { return list.mRows; }
-  static const TickTime& Anchor(CaptionsItemList& list) { return list.mAnchorTime; }
-  static const TextRange& TextSelection(CaptionsItemList& list) { return list.mTextSelection; }
+  static StreamFormat Format(const CaptionsItemList& list) {
+    return list.mStreamFormat;
+  }
+  static int Columns(const CaptionsItemList& list) {
+    return list.mColumns;
+  }
+  static int Rows(const CaptionsItemList& list) {
+    return list.mRows;
+  }
+  static const TickTime& Anchor(CaptionsItemList& list) {
+    return list.mAnchorTime;
+  }
+  static const TextRange& TextSelection(CaptionsItemList& list) {
+    return list.mTextSelection;
+  }
   static std::vector<TickTime> SelectedKeys(CaptionsItemList& list) {
     std::vector<TickTime> keys;
     for (const CaptionsRow& row : list.mSelected)
@@ -90,10 +214,16 @@ class CaptionsInspector {
   static const TimeDisplay& DisplayOverride(const CaptionsSource& source, int kind, bool isVideo) {
     return source.mDisplayOverrides[(kind == CaptionsSource::kKind_Sequence ? 2U : 0U) + (isVideo ? 0U : 1U)];
   }
-  static auto& SequenceMediaIsVideo(CaptionsSource& source) { return source.mSequenceMediaIsVideo; }
+  static auto& SequenceMediaIsVideo(CaptionsSource& source) {
+    return source.mSequenceMediaIsVideo;
+  }
 
-  static bool IsTimeEditPending(const CaptionsItem& item) { return item.mTimeEditPending; }
-  static void ForgetFontProbe() { CaptionsItem::sFontProbe = CaptionsItem::FontProbe::NotProbed; }
+  static bool IsTimeEditPending(const CaptionsItem& item) {
+    return item.mTimeEditPending;
+  }
+  static void ForgetFontProbe() {
+    CaptionsItem::sFontProbe = CaptionsItem::FontProbe::NotProbed;
+  }
 };
 
 } // namespace Captivo
@@ -141,6 +271,8 @@ class PanelTest : public testing::Test {
   // The panel on a clip with these captions, in a container of this size.
   void OpenPanelOn(const std::vector<boost::intrusive_ptr<Caption>>& captions, int width = 600, int height = 700);
   void OpenPanel(int width = 600, int height = 700);
+  // As it was created, before the host lays it out.
+  void OpenPanelWithoutLayout(int width = 600, int height = 700);
 
   void MakeHandler();
   CaptionsHandler& Handler() { return *handler; }

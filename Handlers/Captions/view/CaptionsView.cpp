@@ -4,6 +4,7 @@
 #include "Captions/pane/CaptionsPane.h"
 #include "Captions/pane/PaneMeasures.h"
 #include "Captions/view/ViewMeasures.h"
+#include "Captions/view/ViewTexts.h"
 #include "UIF/Drawing.h"
 #include "zebui/Controls.h"
 
@@ -11,9 +12,20 @@ namespace Captivo {
 
 using zebcore::messaging::MessageCast;
 
+namespace {
+
+UString SizeText(int width, int height) {
+  return zebcore::FromUTF8(std::to_string(width) + "x" + std::to_string(height));
+}
+
+} // namespace
+
 CaptionsView::CaptionsView(const std::string& shortcutContextName)
     : TabView(UIF::Application::Instance().GetCommander()), contextName(shortcutContextName), scrollBar(this),
-      formatBarHeight(kFormatBarHeight_Closed), formatInfo(new zebcaptioning::CaptionFormatInfo) {}
+      formatBarHeight(kFormatBarHeight_Closed), alignLeftButton(this), alignCenterButton(this), alignRightButton(this),
+      boldButton(this), italicButton(this), underlineButton(this), musicNoteButton(this), textColorButton(this),
+      backgroundColorButton(this), edgeColorButton(this), colorPicker(this),
+      formatInfo(new zebcaptioning::CaptionFormatInfo) {}
 
 CaptionsView::~CaptionsView() {
   delete pane;
@@ -50,6 +62,14 @@ void CaptionsView::PaintSelf(UIF::DC& dc) {
 void CaptionsView::HandleMessage(const zebcore::messaging::Message& message) {
   if (const auto* scrolled = MessageCast<UIF::ScrollVerticalMessage>(message))
     OnScrollVertical(scrolled->position);
+  else if (const auto* picked = MessageCast<UIF::ColorPickerControlChangedMessage>(message))
+    OnPickerColorChanged(picked->red, picked->green, picked->blue);
+  else if (MessageCast<UIF::ColorPickerSwatchClickedMessage>(message))
+    OnPickerSwatchClicked();
+  else if (MessageCast<UIF::ColorPickerSwatchStartEyedropperModeMessage>(message))
+    eyedropperActive = true;
+  else if (MessageCast<UIF::ColorPickerSwatchEndEyedropperModeMessage>(message))
+    eyedropperActive = false;
   else if (MessageCast<BE::ProjectActivatedMessage>(message) || MessageCast<BE::ReadOnlyStateChangedMessage>(message))
     UpdateControlStates();
 }
@@ -59,50 +79,41 @@ void CaptionsView::SelectCaptionAtTime(const TickTime& time) {
     pane->SelectCaptionAtTime(time);
 }
 
-void CaptionsView::SelectStreamByFormat(const std::vector<TickTime>& times, const StreamFormat& format) {
-  if (!pane)
-    return;
-  if (format != streamFormat && format != zebcaptioning::kStreamFormat_None) {
-    const int index = pane->FindAvailableFormat(format);
-    if (index < 0)
-      return;
-    pane->SelectStreamFormat(index);
-  }
-  pane->SelectCaptionTimes(times);
-}
-
 void CaptionsView::ForgetPreview(const InterfaceRef<BE::IVideoSegments>& video) {
   if (pane)
     pane->ForgetPreview(video);
 }
 
-void CaptionsView::PublishFormat(const boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo>& info) {
-  if (info)
-    formatInfo = info;
-}
-
-// No control shows regions or styles unless these are enabled.
-void CaptionsView::SetRegionNames(const std::vector<UString>&) {}
-
-void CaptionsView::SetStyleNames(const std::vector<UString>&) {}
-
 void CaptionsView::UpdateForSource(const CaptionsSource& source, int columns, int rows) {
+  filterBox->SetValue(UString(), false);
   const StreamFormat format = source.GetStreamFormat();
   if (format != streamFormat)
-    formatInfo.reset(new zebcaptioning::CaptionFormatInfo);
+    formatInfo.reset(new CaptionFormatInfo);
   streamFormat = format;
   const bool isOpen = zebcaptioning::IsOpenCaptions(format);
   if (isOpen != isOpenCaptions) {
     isOpenCaptions = isOpen;
     formatBarHeight = isOpen ? kFormatBarHeight_Open : kFormatBarHeight_Closed;
+    LayoutFormatBar();
     LayoutContent(GetBounds());
+    UpdateControlVisibility();
   }
+  FillStreamPopup(source);
+  FillCaptionTypePopup();
   gridColumns = columns;
   gridRows = rows;
+  UString size;
   if (isOpen) {
-    if (const auto video = source.GetVideoClip())
+    gridLabel->SetValue(Localize(kText_Frame));
+    if (const auto video = source.GetVideoClip()) {
       frameRect = video->GetFrameRect();
+      size = SizeText(frameRect.width, frameRect.height);
+    }
+  } else {
+    size = SizeText(gridColumns, gridRows);
+    gridLabel->SetValue(Localize(kText_Grid));
   }
+  gridSizeText->SetValue(size);
   if (zebcaptioning::IsTeletext(format) || zebcaptioning::IsAustralianCaption(format)) {
     underlineAllowed = false;
     italicAllowed = false;
@@ -111,6 +122,8 @@ void CaptionsView::UpdateForSource(const CaptionsSource& source, int columns, in
     if (!isOpen)
       italicAllowed = true;
   }
+  LayoutFormatBar();
+  UpdateControlVisibility();
   UpdateControlStates();
 }
 

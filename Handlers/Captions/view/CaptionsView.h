@@ -1,21 +1,28 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
+
+#include <boost/bimap.hpp>
 
 #include "Captions/contracts/CaptionFormatInfo.h"
 #include "Captions/shell/CaptionsSource.h"
 #include "Captions/shell/HostTypes.h"
+#include "UIF/ColorPickerControl.h"
+#include "UIF/PictureButton.h"
 #include "UIF/ScrollBar.h"
 #include "UIF/TabView.h"
 #include "zebcore/Messaging.h"
+#include "zebui/HotNumber.h"
+#include "zebui/Popup.h"
+#include "zebui/PositionGrid.h"
+#include "zebui/SearchBox.h"
+#include "zebui/StaticControls.h"
+#include "zebui/Swatch.h"
 
-namespace zebui::controls {
-class UI_TextButton;
-}
-
-namespace zebui::ui {
-struct UI_ControlChangedMessage;
+namespace TD {
+struct CaptionFontRecord;
 }
 
 namespace Captivo {
@@ -73,17 +80,59 @@ class CaptionsView : public UIF::TabView, public zebcore::messaging::Listener {
  private:
   friend class CaptionsInspector;
 
-  using TextButton = boost::intrusive_ptr<zebui::controls::UI_TextButton>;
+  template <class Control> using Ref = boost::intrusive_ptr<Control>;
+  using SearchBox = Ref<zebui::controls::UI_SearchBox>;
+  using StaticText = Ref<zebui::controls::UI_StaticText>;
+  using Popup = Ref<zebui::controls::UI_Popup>;
+  using HotNumber = Ref<zebui::controls::UI_HotTextNumber>;
+  using Divider = Ref<zebui::controls::UI_Divider>;
+  using Swatch = Ref<zebui::controls::UI_Swatch>;
+  using PositionGrid = Ref<zebui::controls::UI_PositionGridControl>;
+  using TextButton = Ref<zebui::controls::UI_TextButton>;
+  using Message = zebcore::messaging::Message;
+  using Changed = zebui::ui::UI_ControlChangedMessage;
+  using InteractivelyChanged = zebui::ui::UI_InteractiveControlChangedMessage;
+  using ColorType = zebcaptioning::CaptioningColor::ColorType;
+  using CaptionFormatInfo = zebcaptioning::CaptionFormatInfo;
 
   // Controls.
-  TextButton CreateTextButton(const char* text, const char* toolTip,
-                              void (CaptionsView::*handler)(const zebui::ui::UI_ControlChangedMessage&));
+  void CreateStreamRow();
+  void CreateFontRow();
+  void CreateCaptionTypeControls();
+  void CreateStyleButtons(RectT<int>& place);
+  void CreateColorControls(RectT<int>& place);
+  void CreateClosedPositionControls(RectT<int>& place);
+  void CreateOpenPositionControls(RectT<int>& place);
+  void CreateBottomRow();
   void CreatePaneAndScrollBar(const RectT<int>& bounds);
-  void OnAddCaption(const zebui::ui::UI_ControlChangedMessage&);
-  void OnDeleteCaption(const zebui::ui::UI_ControlChangedMessage&);
+  void CreatePictureButton(UIF::PictureButton& button, const RectT<int>& place, int command, UIF::DecalID decal,
+                           const char* toolTip);
+  Divider CreateDivider(const RectT<int>& place);
+  StaticText CreateLabel(const RectT<int>& place, const char* text);
+  TextButton CreateTextButton(const char* text, const char* toolTip, void (CaptionsView::*handler)(const Changed&));
+  void UpdateControlVisibility();
+  void OnFilterChanged();
+  void OnStreamChanged(const Changed&);
+  void OnImportSettings(const Changed&);
+  void OnExportSettings(const Changed&);
+  void OnAddCaption(const Changed&);
+  void OnDeleteCaption(const Changed&);
+
+  // What can be used.
   void UpdateControlStates();
+  void UpdateButtonStates(bool isSelected);
+  void UpdateOpenControlStates(bool isSelected);
+  void UpdateClosedControlStates(bool isSelected);
 
   // Layout.
+  void LayoutFormatBar();
+  void LayoutStreamRow(zebui::drawbot::Drawbot& drawbot);
+  void LayoutFontRow(zebui::drawbot::Drawbot& drawbot);
+  // Right of them the buttons begin.
+  float LayoutCaptionType(zebui::drawbot::Drawbot& drawbot);
+  void LayoutButtons(zebui::drawbot::Drawbot& drawbot, int x, int y);
+  void LayoutClosedPosition(zebui::drawbot::Drawbot& drawbot, int x, int y);
+  void LayoutOpenPosition(zebui::drawbot::Drawbot& drawbot, int x, int y);
   void LayoutContent(const RectT<int>& rect);
   void PlaceBottomButtons(const RectT<int>& rect, int addX);
   RectT<int> GetScrollBarRect(const RectT<int>& rect) const;
@@ -96,7 +145,74 @@ class CaptionsView : public UIF::TabView, public zebcore::messaging::Listener {
   void ToggleItalic();
   void ToggleUnderline();
   void ToggleBold();
+  void EditColor(ColorType type);
+
+  // From the controls to the captions. A copy goes out, because the format that is published in the end takes the place
+  // of formatInfo while the handler still runs.
   void ApplyFormatInfo(zebcaptioning::CaptionFormatParameter parameter);
+  void OnCaptionTypeChanged(const Changed&);
+  void OnDoubleHeightChanged(const Changed&);
+  void OnFontSizeChanged(const InteractivelyChanged& message);
+  void OnEdgeWidthChanged(const InteractivelyChanged& message);
+  void OnLineSpacingChanged(const InteractivelyChanged& message);
+
+  // From the captions to the controls.
+  void UpdateFormatControls();
+  void UpdateCaptionTypePopup();
+  void UpdateAlignmentButtons();
+  void UpdateDoubleHeightPopup();
+  void UpdateFontFamilyPopup();
+  void UpdateRegionAndStylePopups();
+  void UpdatePositionGrid(int anchor);
+
+  // Fonts.
+  void FillFontWeights(const UString& familyName);
+  void UpdateFontWeightPopup();
+  UString ComposeFontStyleName(bool& uniform) const;
+  // The flags of the style on show to the format, and to the buttons; whether each was another or mixed.
+  void ApplyStyleToFlags(bool& boldChanged, bool& italicChanged);
+  void LogChosenFont() const;
+  void OnFontFamilyChanged(const Changed&);
+  void OnFontWeightChanged(const Changed&);
+
+  // Colours.
+  void SelectColorType(ColorType type);
+  void MarkColorType();
+  // With the opacity on show, or with the colour's own.
+  void ApplyColor(zebcaptioning::CaptioningColor color, bool useGivenAlpha);
+  void ShowColorMenu();
+  void OnPickerColorChanged(std::uint8_t red, std::uint8_t green, std::uint8_t blue);
+  void OnPickerSwatchClicked();
+  void OnOpacityChanged(const InteractivelyChanged& message);
+  zebcaptioning::CaptioningColor GetEdgeColorForNewEdge() const;
+  void UpdateColorControls();
+  void ShowTextOrBackgroundColor();
+  void ShowEdgeColor();
+  void ShowOpacity();
+
+  // Position.
+  void GetGridAnchor(CaptionFormatInfo::AnchorID& anchor) const;
+  void UpdatePositionRanges();
+  void UpdateOpenPositionControls();
+  void UpdateClosedPositionControls();
+  void OnClosedGridChanged(const Changed&);
+  void OnOpenGridChanged(const Changed&);
+  void ApplyGridAnchor();
+  void OnClosedPositionXChanged(const InteractivelyChanged& message);
+  void OnClosedPositionYChanged(const InteractivelyChanged& message);
+  void OnOpenPositionXChanged(const InteractivelyChanged& message);
+  void OnOpenPositionYChanged(const InteractivelyChanged& message);
+  // Nothing for a position that all captions have already.
+  void ApplyPositionX(int x);
+  void ApplyPositionY(int y);
+  // Teletext rows are shown as they are stored, all others counted from 1.
+  int GetShownRowOffset() const;
+
+  // Streams.
+  void FillStreamPopup(const CaptionsSource& source);
+  void FillCaptionTypePopup();
+  void OnRegionChanged(const Changed&);
+  void OnStyleChanged(const Changed&);
 
   std::string contextName;
   CaptionsPane* pane = nullptr; // owned from CreateSelf to DestroySelf
@@ -106,17 +222,77 @@ class CaptionsView : public UIF::TabView, public zebcore::messaging::Listener {
   std::int32_t scrollPosition = 0; // pixels; the view's copy of the bar's position
   std::int32_t formatBarHeight;
   bool regionAndStyleEnabled = false;
+  SearchBox filterBox;
+  StaticText streamLabel;
+  Popup streamPopup;
+  StaticText gridLabel;
+  StaticText gridSizeText;
+  StaticText fontLabel;
+  Popup fontFamilyPopup;
+  Popup fontWeightPopup;
+  StaticText fontSizeLabel;
+  HotNumber fontSizeControl;
+  Popup doubleHeightPopup;
+  StaticText edgeWidthLabel;
+  HotNumber edgeWidthControl;
+  StaticText lineSpacingLabel;
+  HotNumber lineSpacingControl;
+  Popup regionPopup;
+  Popup stylePopup;
+  StaticText captionTypeLabel;
+  Popup captionTypePopup;
+  boost::bimap<std::int64_t, zebcaptioning::CaptionType> captionTypeMap; // by the popup's index
+  UIF::PictureButton alignLeftButton;
+  UIF::PictureButton alignCenterButton;
+  UIF::PictureButton alignRightButton;
+  Divider alignDivider;
+  UIF::PictureButton boldButton;
+  UIF::PictureButton italicButton;
+  UIF::PictureButton underlineButton;
+  UIF::PictureButton musicNoteButton;
+  Divider styleDivider;
+  UIF::PictureButton textColorButton;
+  UIF::PictureButton backgroundColorButton;
+  UIF::PictureButton edgeColorButton;
+  Swatch colorSwatch;
+  UIF::ColorPickerControl colorPicker;
+  HotNumber opacityControl;
+  StaticText opacityUnitText;
+  Divider colorDivider;
+  PositionGrid closedPositionGrid;
+  StaticText closedPositionXLabel;
+  HotNumber closedPositionXControl;
+  StaticText closedPositionYLabel;
+  HotNumber closedPositionYControl;
+  PositionGrid openPositionGrid;
+  StaticText openPositionXLabel;
+  HotNumber openPositionXControl;
+  StaticText openPositionXUnitText;
+  StaticText openPositionYLabel;
+  HotNumber openPositionYControl;
+  StaticText openPositionYUnitText;
+  TextButton importSettingsButton;
+  TextButton exportSettingsButton;
   TextButton addCaptionButton;
   TextButton deleteCaptionButton;
   StreamFormat streamFormat = zebcaptioning::kStreamFormat_None;
   bool isOpenCaptions = false;
-  boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo> formatInfo;
+  std::vector<const TD::CaptionFontRecord*> familyFonts; // of the family on show; the font list owns them
+  ColorType colorType = zebcaptioning::CaptioningColor::kColorType_Text; // under edit
+  boost::intrusive_ptr<CaptionFormatInfo> formatInfo;                    // on show
   bool underlineAllowed = true;
   bool italicAllowed = true;
   bool boldAllowed = true;
-  RectT<std::int32_t> frameRect;
+  RectT<std::int32_t> frameRect; // of open captions' video, in pixels
   std::int32_t gridColumns = 0;
   std::int32_t gridRows = 0;
+  std::int32_t minPositionX = 0;
+  std::int32_t maxPositionX = 0;
+  std::int32_t minPositionY = 0;
+  std::int32_t maxPositionY = 0;
+  zebcaptioning::CaptioningColor lastEdgeColor; // the last one that could be seen; all zero for none yet
+  UString fontStyleName;                        // what the weight popup shows
+  bool eyedropperActive = false;
 };
 
 } // namespace Captivo

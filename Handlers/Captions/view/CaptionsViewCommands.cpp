@@ -1,24 +1,25 @@
+#include <algorithm>
+#include <iterator>
+
 #include "Captions/pane/CaptionsPane.h"
 #include "Captions/shell/CaptionsCommands.h"
 #include "Captions/view/CaptionsView.h"
+#include "DLG/CaptionsSettingsDialogs.h"
 
 namespace Captivo {
 
-using zebcaptioning::CaptionFormatParameter;
+using zebcaptioning::CaptioningColor;
 using zebcaptioning::ParagraphStyleAttributes;
 
 namespace {
 
-// The host's own commands that are handed to the pane.
-constexpr int kHostCommands[] = {57644, 57643, 57634, 57635, 57637, 57632, 57642};
+constexpr int kHostCommand_Find = 11311;
+// The host's own commands: what the pane does not answer of them, nobody here does.
+constexpr int kHostCommands[] = {57644, 57643, 57634, 57635, 57637, 57632, 57642, kHostCommand_Find};
 constexpr char16_t kMusicNote = 0x266A;
 
 bool IsHostCommand(int id) {
-  for (const int command : kHostCommands) {
-    if (command == id)
-      return true;
-  }
-  return false;
+  return std::find(std::begin(kHostCommands), std::end(kHostCommands), id) != std::end(kHostCommands);
 }
 
 bool IsPanelCommand(int id) {
@@ -29,8 +30,13 @@ bool IsPanelCommand(int id) {
   case kCommand_Italicize:
   case kCommand_Underline:
   case kCommand_MusicNote:
+  case kCommand_BackgroundColor:
+  case kCommand_TextColor:
   case kCommand_Bold:
+  case kCommand_EdgeColor:
   case kCommand_SelectAll:
+  case kCommand_ImportSettings:
+  case kCommand_ExportSettings:
     return true;
   default:
     return false;
@@ -52,6 +58,10 @@ bool CaptionsView::FindCommandEnabled(int id, bool& enabled) {
 }
 
 bool CaptionsView::ObeyCommand(const UIF::Command& command) {
+  if (command.GetID() == kHostCommand_Find && filterBox) {
+    filterBox->UI_GainKeyboardFocus(zebui::ui::kFocusChange_Program);
+    return true;
+  }
   if (!pane)
     return false;
   if (IsHostCommand(command.GetID()))
@@ -78,8 +88,23 @@ bool CaptionsView::ObeyCommand(const UIF::Command& command) {
   case kCommand_MusicNote:
     pane->InsertText(UString(1, kMusicNote));
     return true;
+  case kCommand_BackgroundColor:
+    EditColor(CaptioningColor::kColorType_Background);
+    return true;
+  case kCommand_TextColor:
+    EditColor(CaptioningColor::kColorType_Text);
+    return true;
+  case kCommand_EdgeColor:
+    EditColor(CaptioningColor::kColorType_Edge);
+    return true;
   case kCommand_SelectAll:
     pane->SelectAllCaptions();
+    return true;
+  case kCommand_ImportSettings:
+    DLG::CaptionsImportSettingsDialog::DisplayCaptionsImportSettingsDialog();
+    return true;
+  case kCommand_ExportSettings:
+    DLG::CaptionsExportSettingsDialog::DisplayCaptionsExportSettingsDialog();
     return true;
   default:
     return false;
@@ -110,10 +135,12 @@ void CaptionsView::ToggleBold() {
   ApplyFormatInfo(zebcaptioning::kFormatBold);
 }
 
-// A copy, because the format that is published in the end takes the place of formatInfo.
-void CaptionsView::ApplyFormatInfo(CaptionFormatParameter parameter) {
-  const boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo> copy(new zebcaptioning::CaptionFormatInfo(*formatInfo));
-  pane->ApplyFormat(parameter, *copy);
+// Changes what the colour controls show and applies nothing.
+void CaptionsView::EditColor(ColorType type) {
+  colorType = type;
+  MarkColorType();
+  UpdateColorControls();
+  pane->RestoreTextFocus();
 }
 
 } // namespace Captivo

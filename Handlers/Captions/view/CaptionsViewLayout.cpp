@@ -9,6 +9,7 @@
 namespace Captivo {
 
 void CaptionsView::SetBoundsSelf(const RectT<int>& bounds) {
+  LayoutFormatBar();
   LayoutContent(bounds);
 }
 
@@ -56,6 +57,8 @@ void CaptionsView::PlaceBottomButtons(const RectT<int>& rect, int addX) {
     button->UI_SetLocalRectF({static_cast<float>(x), static_cast<float>(rect.Bottom() - kBottomButtonRise),
                               static_cast<float>(kBottomButtonWidth), static_cast<float>(kBottomButtonHeight)});
   };
+  place(importSettingsButton, rect.x + kImportSettingsX);
+  place(exportSettingsButton, rect.x + kExportSettingsX);
   place(addCaptionButton, addX);
   place(deleteCaptionButton, addX + kDeleteCaptionFromAdd);
 }

@@ -11,6 +11,7 @@ inline constexpr int kSpaceUnderPane = 40;
 inline constexpr int kBottomButtonWidth = 88;
 inline constexpr int kBottomButtonHeight = 18;
 inline constexpr int kBottomButtonRise = 30; // from the bottom of the panel to the top of the button
+inline constexpr int kImportSettingsX = 20;
 inline constexpr int kExportSettingsX = 120;
 inline constexpr int kAddCaptionFromRight = 192;
 inline constexpr int kDeleteCaptionFromAdd = 96;
