@@ -223,17 +223,78 @@ std::vector<std::pair<std::string, CaptionsInspector::Value>> CaptionsInspector:
   return fields;
 }
 
+// In the order in which the panel makes them. A control that is not made yet is left out.
+#define CAPTIVO_CONTROL(name)                                                                                          \
+  if constexpr (requires { view.name; })                                                                               \
+  add(#name, view.name)
+
 template <class View> void CaptionsInspector::CollectControls(View& view, std::vector<Control>& controls) {
-  const auto add = [&](const char* name, zebui::ui::UI_Node* node) {
-    if (node)
-      controls.push_back({name, node});
+  const auto add = [&](const char* name, auto& field) {
+    if constexpr (requires { field.get(); }) {
+      if (field)
+        controls.push_back({name, static_cast<zebui::ui::UI_Node*>(field.get())});
+    } else {
+      controls.push_back({name, &field});
+    }
   };
-  add("addCaptionButton", view.addCaptionButton.get());
-  add("deleteCaptionButton", view.deleteCaptionButton.get());
+  CAPTIVO_CONTROL(filterBox);
+  CAPTIVO_CONTROL(streamLabel);
+  CAPTIVO_CONTROL(streamPopup);
+  CAPTIVO_CONTROL(gridLabel);
+  CAPTIVO_CONTROL(gridSizeText);
+  CAPTIVO_CONTROL(fontLabel);
+  CAPTIVO_CONTROL(fontFamilyPopup);
+  CAPTIVO_CONTROL(fontWeightPopup);
+  CAPTIVO_CONTROL(fontSizeLabel);
+  CAPTIVO_CONTROL(fontSizeControl);
+  CAPTIVO_CONTROL(doubleHeightPopup);
+  CAPTIVO_CONTROL(edgeWidthLabel);
+  CAPTIVO_CONTROL(edgeWidthControl);
+  CAPTIVO_CONTROL(lineSpacingLabel);
+  CAPTIVO_CONTROL(lineSpacingControl);
+  CAPTIVO_CONTROL(regionPopup);
+  CAPTIVO_CONTROL(stylePopup);
+  CAPTIVO_CONTROL(captionTypeLabel);
+  CAPTIVO_CONTROL(captionTypePopup);
+  CAPTIVO_CONTROL(alignLeftButton);
+  CAPTIVO_CONTROL(alignCenterButton);
+  CAPTIVO_CONTROL(alignRightButton);
+  CAPTIVO_CONTROL(alignDivider);
+  CAPTIVO_CONTROL(boldButton);
+  CAPTIVO_CONTROL(italicButton);
+  CAPTIVO_CONTROL(underlineButton);
+  CAPTIVO_CONTROL(musicNoteButton);
+  CAPTIVO_CONTROL(styleDivider);
+  CAPTIVO_CONTROL(backgroundColorButton);
+  CAPTIVO_CONTROL(textColorButton);
+  CAPTIVO_CONTROL(edgeColorButton);
+  CAPTIVO_CONTROL(colorSwatch);
+  CAPTIVO_CONTROL(colorPicker);
+  CAPTIVO_CONTROL(opacityControl);
+  CAPTIVO_CONTROL(opacityUnitText);
+  CAPTIVO_CONTROL(colorDivider);
+  CAPTIVO_CONTROL(closedPositionGrid);
+  CAPTIVO_CONTROL(closedPositionXLabel);
+  CAPTIVO_CONTROL(closedPositionXControl);
+  CAPTIVO_CONTROL(closedPositionYLabel);
+  CAPTIVO_CONTROL(closedPositionYControl);
+  CAPTIVO_CONTROL(openPositionGrid);
+  CAPTIVO_CONTROL(openPositionXLabel);
+  CAPTIVO_CONTROL(openPositionXControl);
+  CAPTIVO_CONTROL(openPositionXUnitText);
+  CAPTIVO_CONTROL(openPositionYLabel);
+  CAPTIVO_CONTROL(openPositionYControl);
+  CAPTIVO_CONTROL(openPositionYUnitText);
+  CAPTIVO_CONTROL(importSettingsButton);
+  CAPTIVO_CONTROL(exportSettingsButton);
+  CAPTIVO_CONTROL(addCaptionButton);
+  CAPTIVO_CONTROL(deleteCaptionButton);
   if (view.pane)
     controls.push_back({"pane", static_cast<UIF::ViewBase*>(view.pane)});
   controls.push_back({"scrollBar", &view.scrollBar});
 }
+
+#undef CAPTIVO_CONTROL
 
 std::vector<CaptionsInspector::Control> CaptionsInspector::GetControls() const {
   std::vector<Control> controls;

@@ -20,7 +20,9 @@ namespace HSL {
 class Handler;
 }
 namespace UIF {
+class ColorPickerControl;
 class HotTimecodeControl;
+class PictureButton;
 class ScrollBar;
 class TabView;
 class ViewBase;
@@ -112,7 +114,8 @@ class CaptionsInspector {
   boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo> GetFormatInfo() const;
 
   // A control of the view, by the name of its field.
-  using ControlPointer = std::variant<zebui::ui::UI_Node*, UIF::ViewBase*, UIF::ScrollBar*>;
+  using ControlPointer =
+      std::variant<zebui::ui::UI_Node*, UIF::ViewBase*, UIF::ScrollBar*, UIF::PictureButton*, UIF::ColorPickerControl*>;
   struct Control {
     std::string name;
     ControlPointer pointer;

@@ -2,10 +2,19 @@
 
 #include <boost/core/demangle.hpp>
 
+#include "UIF/ColorPickerControl.h"
+#include "UIF/PictureButton.h"
 #include "UIF/ScrollBar.h"
 #include "UIF/TabView.h"
+#include "UIF/ViewWidget.h"
 #include "zebui/Controls.h"
 #include "zebui/Drawbot.h"
+#include "zebui/HotNumber.h"
+#include "zebui/Popup.h"
+#include "zebui/PositionGrid.h"
+#include "zebui/SearchBox.h"
+#include "zebui/StaticControls.h"
+#include "zebui/Swatch.h"
 #include "zebui/Toolkit.h"
 
 namespace Drive {
@@ -14,11 +23,69 @@ namespace {
 
 using Captivo::CaptionsInspector;
 using zebui::ui::UI_Node;
+namespace controls = zebui::controls;
 
-// The name of the object's class, without its namespaces.
+// The name of the object's class, without its namespaces and what it is made for.
 template <class T> std::string ClassName(const T& object) {
-  const std::string name = boost::core::demangle(typeid(object).name());
-  return name.substr(name.rfind(':') + 1);
+  std::string name = boost::core::demangle(typeid(object).name());
+  name.erase(std::min(name.find('<'), name.size()));
+  name = name.substr(name.rfind(':') + 1);
+  return name == "UI_HotTextNumberT" ? "UI_HotTextNumber" : name;
+}
+
+Json FromByteColor(const UIF::Color& color) {
+  constexpr float kMost = 255.0F;
+  return Json::array({FromFloat(static_cast<float>(color.red) / kMost),
+                      FromFloat(static_cast<float>(color.green) / kMost),
+                      FromFloat(static_cast<float>(color.blue) / kMost), 1.0});
+}
+
+void DescribeNode(Json& json, UI_Node& node) {
+  const zebui::drawbot::Drawbot drawbot(node);
+  const auto size = node.UI_GetRecommendedSize(const_cast<zebui::drawbot::Drawbot&>(drawbot));
+  json["recommended"] = Json::array({size.x, size.y});
+  json["tool_tip"] = FromText(node.UI_GetToolTip());
+  if (const QWidget* widget = zebui::toolkit::WidgetOf(&node))
+    json["accessible_name"] = widget->accessibleName().toStdString();
+}
+
+void DescribePopup(Json& json, const controls::UI_Popup& popup) {
+  json["value"] = popup.GetValue();
+  json["text"] = FromText(popup.GetValueString());
+  Json items = Json::array();
+  for (std::int64_t i = 0; i < popup.Size(); ++i)
+    items.push_back(FromText(popup.GetItemString(i)));
+  json["items"] = std::move(items);
+}
+
+void DescribeNumber(Json& json, const controls::UI_HotTextNumber& number) {
+  json["value"] = FromNumber(number.GetValue());
+  json["text"] = FromText(number.GetText());
+  json["unknown"] = number.IsValueUnknown();
+  json["min"] = FromNumber(number.GetMinValue());
+  json["max"] = FromNumber(number.GetMaxValue());
+  json["decimals"] = number.GetDecimalPlaces();
+}
+
+// What only one class has.
+void DescribeValue(Json& json, const UI_Node& node) {
+  if (const auto* edit = dynamic_cast<const controls::UI_TextEdit*>(&node)) {
+    json["text"] = json["value"] = FromText(edit->GetValue());
+  } else if (const auto* button = dynamic_cast<const controls::UI_TextButton*>(&node)) {
+    json["text"] = FromText(button->GetText());
+  } else if (const auto* text = dynamic_cast<const controls::UI_StaticText*>(&node)) {
+    json["text"] = FromText(text->GetValue());
+  } else if (const auto* popup = dynamic_cast<const controls::UI_Popup*>(&node)) {
+    DescribePopup(json, *popup);
+  } else if (const auto* number = dynamic_cast<const controls::UI_HotTextNumber*>(&node)) {
+    DescribeNumber(json, *number);
+  } else if (const auto* swatch = dynamic_cast<const controls::UI_Swatch*>(&node)) {
+    const auto color = swatch->GetValue();
+    json["value"] =
+        Json::array({FromFloat(color.red), FromFloat(color.green), FromFloat(color.blue), FromFloat(color.alpha)});
+  } else if (const auto* grid = dynamic_cast<const controls::UI_PositionGridControl*>(&node)) {
+    json["value"] = Json::array({grid->GetValue().x, grid->GetValue().y});
+  }
 }
 
 struct Describer {
@@ -28,17 +95,9 @@ struct Describer {
     json["class"] = ClassName(*node);
     json["visible"] = node->UI_IsShown();
     json["bounds"] = FromRect(node->UI_GetLocalRectF());
-    const zebui::drawbot::Drawbot drawbot(*node);
-    const auto size = node->UI_GetRecommendedSize(const_cast<zebui::drawbot::Drawbot&>(drawbot));
-    json["recommended"] = Json::array({size.x, size.y});
-    json["tool_tip"] = FromText(node->UI_GetToolTip());
     json["focus"] = node->UI_HasKeyboardFocus(true);
-    if (const QWidget* widget = zebui::toolkit::WidgetOf(node))
-      json["accessible_name"] = widget->accessibleName().toStdString();
-    if (const auto* edit = dynamic_cast<const zebui::controls::UI_TextEdit*>(node))
-      json["text"] = json["value"] = FromText(edit->GetValue());
-    if (const auto* button = dynamic_cast<const zebui::controls::UI_TextButton*>(node))
-      json["text"] = FromText(button->GetText());
+    DescribeNode(json, *node);
+    DescribeValue(json, *node);
   }
 
   void operator()(UIF::ViewBase* view) const {
@@ -46,6 +105,31 @@ struct Describer {
     json["visible"] = view->IsShown();
     json["bounds"] = FromRect(view->GetBounds());
     json["focus"] = view->HasFocus();
+    if (const QWidget* widget = UIF::WidgetOf(view))
+      json["accessible_name"] = widget->accessibleName().toStdString();
+  }
+
+  void operator()(UIF::PictureButton* button) const {
+    json["class"] = "PictureButton";
+    json["command"] = button->GetCommandID();
+    json["visible"] = button->IsShown();
+    json["bounds"] = FromRect(button->GetBounds());
+    json["focus"] = button->HasFocus();
+    json["on"] = button->GetValue();
+    if (UI_Node* node = button->GetNode())
+      DescribeNode(json, *node);
+    json["tool_tip"] = FromText(button->GetToolTipText());
+  }
+
+  void operator()(UIF::ColorPickerControl* picker) const {
+    json["class"] = "ColorPickerControl";
+    json["visible"] = picker->IsShown();
+    json["bounds"] = FromRect(picker->GetBounds());
+    json["focus"] = picker->HasFocus();
+    json["value"] = FromByteColor(picker->GetColor());
+    json["on"] = picker->IsEyedropperActive();
+    if (UI_Node* node = picker->GetNode())
+      DescribeNode(json, *node);
   }
 
   void operator()(UIF::ScrollBar* bar) const {
@@ -67,8 +151,7 @@ struct Describer {
 
 struct VisibleAsker {
   bool operator()(UI_Node* node) const { return node->UI_IsShown(); }
-  bool operator()(UIF::ViewBase* view) const { return view->IsShown(); }
-  bool operator()(UIF::ScrollBar* bar) const { return bar->IsShown(); }
+  template <class View> bool operator()(View* view) const { return view->IsShown(); }
 };
 
 struct EnabledAsker {
@@ -76,8 +159,41 @@ struct EnabledAsker {
     const auto* control = dynamic_cast<const zebui::ui::UI_ControlView*>(node);
     return node->UI_IsEnabled() && (!control || !control->IsDisabled());
   }
-  bool operator()(UIF::ViewBase* view) const { return view->IsEnabled(); }
   bool operator()(UIF::ScrollBar*) const { return true; }
+  template <class View> bool operator()(View* view) const { return view->IsEnabled(); }
+};
+
+struct Enabler {
+  bool enable;
+
+  void operator()(UI_Node* node) const {
+    node->UI_SetEnabled(enable);
+    if (auto* control = dynamic_cast<zebui::ui::UI_ControlView*>(node))
+      control->SetDisabled(!enable);
+  }
+  void operator()(UIF::ScrollBar*) const {}
+  template <class View> void operator()(View* view) const { view->Enable(enable); }
+};
+
+struct Namer {
+  const std::string& name;
+
+  void operator()(UI_Node* node) const { zebui::toolkit::SetTraceName(*node, name); }
+  void operator()(UIF::ViewBase* view) const { UIF::SetTraceName(*view, name); }
+  void operator()(UIF::ScrollBar*) const {}
+  template <class View> void operator()(View* view) const {
+    if (UI_Node* node = view->GetNode())
+      zebui::toolkit::SetTraceName(*node, name);
+  }
+};
+
+// Not part of what the panel does.
+class Unrecorded {
+ public:
+  Unrecorded() { zebcore::trace::SetOn(false); }
+  ~Unrecorded() { zebcore::trace::SetOn(true); }
+  Unrecorded(const Unrecorded&) = delete;
+  Unrecorded& operator=(const Unrecorded&) = delete;
 };
 
 } // namespace
@@ -104,6 +220,26 @@ Json DescribeControl(const CaptionsInspector::Control& control) {
   Json json = {{"name", control.name}, {"enabled", IsEnabled(control)}};
   std::visit(Describer{json}, control.pointer);
   return json;
+}
+
+ForcedControl::ForcedControl(const CaptionsInspector::Control& control, bool force)
+    : mControl(control), mForced(force && !IsEnabled(control)) {
+  if (!mForced)
+    return;
+  const Unrecorded unrecorded;
+  std::visit(Enabler{true}, mControl.pointer);
+}
+
+ForcedControl::~ForcedControl() {
+  if (!mForced || !IsEnabled(mControl))
+    return;
+  const Unrecorded unrecorded;
+  std::visit(Enabler{false}, mControl.pointer);
+}
+
+void NameControls(Driver& driver) {
+  for (const auto& control : CaptionsInspector(driver.Handler()).GetControls())
+    std::visit(Namer{control.name}, control.pointer);
 }
 
 } // namespace Drive

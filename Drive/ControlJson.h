@@ -11,5 +11,21 @@ Captivo::CaptionsInspector::Control FindControl(Driver& driver, const Fields& fi
 bool IsVisible(const Captivo::CaptionsInspector::Control& control);
 bool IsEnabled(const Captivo::CaptionsInspector::Control& control);
 Json DescribeControl(const Captivo::CaptionsInspector::Control& control);
+// So that the record calls the controls by the names of their fields.
+void NameControls(Driver& driver);
+
+// Usable for as long as this lives, though the panel has disabled it; disabled again afterwards, unless the panel has
+// done so meanwhile. Nothing of that is recorded.
+class ForcedControl {
+ public:
+  ForcedControl(const Captivo::CaptionsInspector::Control& control, bool force);
+  ~ForcedControl();
+  ForcedControl(const ForcedControl&) = delete;
+  ForcedControl& operator=(const ForcedControl&) = delete;
+
+ private:
+  Captivo::CaptionsInspector::Control mControl;
+  bool mForced;
+};
 
 } // namespace Drive

@@ -3,13 +3,19 @@
 #include <QApplication>
 
 #include "Captions/contracts/StreamMessages.h"
+#include "DLG/CaptionsSettingsDialogs.h"
+#include "DLG/ColorPickerDialog.h"
 #include "Drive/CaptionsInspector.h"
+#include "Drive/ControlJson.h"
 #include "Drive/PanelWindow.h"
+#include "Drive/Rendering.h"
+#include "HSL/HostCommands.h"
 #include "MZ/Actions.h"
 #include "UIF/Dialogs.h"
 #include "UIF/TabView.h"
 #include "zebcore/Boundary.h"
 #include "zebcore/Clock.h"
+#include "zebui/Menu.h"
 
 namespace Drive {
 
@@ -43,11 +49,41 @@ RequestTable MakeTable() {
   AddInputRequests(table);
   AddRowRequests(table);
   AddRecordRequests(table);
+  AddRenderRequests(table);
   return table;
 }
 
 Json Failure(const std::string& error) {
   return {{"ok", false}, {"error", error}};
+}
+
+Json DescribeItems(const std::vector<UIF::MenuUtils::MenuItem>& items) {
+  Json list = Json::array();
+  for (const auto& item : items) {
+    if (item.separator)
+      list.push_back(
+          {{"text", ""}, {"id", nullptr}, {"enabled", false}, {"checked", nullptr}, {"keys", ""}, {"separator", true}});
+    else
+      list.push_back({{"text", FromText(item.text)},
+                      {"id", item.command},
+                      {"enabled", item.enabled},
+                      {"checked", item.checked ? Json(*item.checked) : Json()},
+                      {"keys", item.keys},
+                      {"separator", false}});
+  }
+  return list;
+}
+
+// A menu that a panel builds itself: a separator there takes a number all the same.
+Json DescribeItems(const std::vector<zebui::utility::OSMenu::Item>& items) {
+  Json list = Json::array();
+  for (const auto& item : items)
+    list.push_back({{"text", FromText(item.text)},
+                    {"id", item.id},
+                    {"enabled", item.enabled},
+                    {"checked", item.hasCheck ? Json(item.checked) : Json()},
+                    {"separator", item.separator}});
+  return list;
 }
 
 void AddReports(Json& answer) {
@@ -69,15 +105,18 @@ void AddReports(Json& answer) {
 } // namespace
 
 void TraceStore::Collect() {
-  for (auto& call : zebcore::trace::Take()) {
-    mWeight += Weigh(call);
-    mCalls.push_back(std::move(call));
-  }
+  for (auto& call : zebcore::trace::Take())
+    Put(std::move(call));
   while (mWeight > kTraceBudget && mCalls.size() > 1) {
     mWeight -= Weigh(mCalls.front());
     mCalls.pop_front();
     ++mDropped;
   }
+}
+
+void TraceStore::Put(zebcore::trace::Call call) {
+  mWeight += Weigh(call);
+  mCalls.push_back(std::move(call));
 }
 
 std::vector<zebcore::trace::Call> TraceStore::Take() {
@@ -90,7 +129,18 @@ std::vector<zebcore::trace::Call> TraceStore::Take() {
   return calls;
 }
 
+// What was chosen answers one menu, if a person could have chosen it there.
+int Popups::Show(Json name, Json items) {
+  const int wanted = std::exchange(nextMenuChoice, 0);
+  const bool canBeChosen = std::any_of(items.begin(), items.end(), [&](const Json& item) {
+    return item.at("id") == wanted && item.at("enabled") == true;
+  });
+  menus.push_back({{"name", std::move(name)}, {"items", std::move(items)}});
+  return canBeChosen ? wanted : 0;
+}
+
 Driver::Driver() : mStart(zebcore::Clock::Instance().Now()) {
+  HSL::HostCommands::Install();
   Session();
   UIF::Workspace::SetSelectionRepeater([this] { RepeatSelection(); });
   UIF::Workspace::SetFrameFactory([this](const UIF::UString&) { return &Window(); });
@@ -102,17 +152,13 @@ Driver::Driver() : mStart(zebcore::Clock::Instance().Now()) {
                             {"default", box.defaultResult}});
     return 1;
   });
-  UIF::MenuUtils::SetMenuHook([this](const std::string& name, const std::vector<UIF::MenuUtils::MenuItem>& items) {
-    Json list = Json::array();
-    for (const auto& item : items)
-      list.push_back({{"text", FromText(item.text)},
-                      {"id", item.separator ? Json() : Json(item.command)},
-                      {"enabled", Json()},
-                      {"checked", Json()},
-                      {"separator", item.separator}});
-    popups.menus.push_back({{"name", name}, {"items", std::move(list)}});
-    return std::exchange(popups.nextMenuChoice, 0);
-  });
+  UIF::MenuUtils::SetMenuHook(
+      [this](const std::string& name, const auto& items) { return popups.Show(name, DescribeItems(items)); });
+  zebui::ui::SetPopupMenuHook(
+      [this](const auto& menu) { return popups.Show(nullptr, DescribeItems(menu.GetItems())); });
+  DLG::ColorPickerDialog::SetHook([this](const UIF::Color&) { return std::exchange(popups.nextColor, std::nullopt); });
+  DLG::SetCaptionsSettingsHook([](DLG::CaptionsSettings) { return true; });
+  Rendering::Install();
   HSL::Handler::SetPanelMovementHook([this](HSL::Handler::PanelMovement) { return popups.panelMovementResult; });
   zebcore::trace::SetAnnotator([this](zebcore::trace::Call& call) {
     if (call.call.compare(0, std::string_view(kUpdaterPrefix).size(), kUpdaterPrefix) != 0)
@@ -132,6 +178,10 @@ Driver::~Driver() {
   removedStreams.clear();
   Session().CloseProject();
   Settle();
+  Rendering::Uninstall();
+  DLG::SetCaptionsSettingsHook({});
+  DLG::ColorPickerDialog::SetHook({});
+  zebui::ui::SetPopupMenuHook({});
   HSL::Handler::SetPanelMovementHook({});
   UIF::MenuUtils::SetMenuHook({});
   UIF::SetMessageBoxHook({});
@@ -155,6 +205,7 @@ std::string Driver::Answer(const std::string& line) {
     answer = Obey(request);
   }
   Settle();
+  NameControls(*this);
   AddReports(answer);
   trace.Collect();
   if (hasID)

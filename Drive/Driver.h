@@ -4,12 +4,14 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "App/Session.h"
 #include "Drive/Fields.h"
 #include "HSL/Module.h"
+#include "UIF/Drawing.h"
 #include "zebcore/Messaging.h"
 #include "zebcore/Trace.h"
 
@@ -30,6 +32,8 @@ class TraceStore {
   void Collect();
   // All calls, oldest first; the store is empty afterwards.
   std::vector<zebcore::trace::Call> Take();
+  // A call that somebody took out of the host's record, back behind the others.
+  void Put(zebcore::trace::Call call);
   std::size_t CountDropped() const { return mDropped; }
 
  private:
@@ -43,8 +47,13 @@ struct Popups {
   Json boxes = Json::array();
   Json menus = Json::array();
   int nextMenuChoice = 0;
+  // What the next colour dialog answers; nothing cancels it.
+  std::optional<UIF::Color> nextColor;
   // What the host's find box and next and previous panel answer.
   bool panelMovementResult = false;
+
+  // Keeps the menu as shown, and answers the item chosen; 0 for none.
+  int Show(Json name, Json items);
 };
 
 // The host, the panel and the clock, and what one request leaves for the next.
@@ -132,5 +141,6 @@ void AddControlRequests(RequestTable& table);
 void AddInputRequests(RequestTable& table);
 void AddRowRequests(RequestTable& table);
 void AddRecordRequests(RequestTable& table);
+void AddRenderRequests(RequestTable& table);
 
 } // namespace Drive

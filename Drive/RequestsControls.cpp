@@ -1,12 +1,22 @@
 // Single controls of the panel, and commands.
 
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
 #include "Drive/CaptionsInspector.h"
 #include "Drive/ControlJson.h"
 #include "Drive/Driver.h"
+#include "UIF/ColorPickerControl.h"
+#include "UIF/PictureButton.h"
 #include "UIF/ScrollBar.h"
 #include "UIF/TabView.h"
 #include "zebcore/Boundary.h"
 #include "zebui/Controls.h"
+#include "zebui/HotNumber.h"
+#include "zebui/Popup.h"
+#include "zebui/PositionGrid.h"
+#include "zebui/Swatch.h"
 
 namespace Drive {
 
@@ -15,13 +25,14 @@ namespace {
 using Captivo::CaptionsInspector;
 using zebcore::boundary::Guard;
 using zebui::ui::UI_Node;
+namespace controls = zebui::controls;
 
 Json TellControls(Driver& driver, const Fields&) {
   driver.CreatedView();
-  Json controls = Json::array();
+  Json list = Json::array();
   for (const auto& control : CaptionsInspector(driver.Handler()).GetControls())
-    controls.push_back(DescribeControl(control));
-  return {{"controls", std::move(controls)}};
+    list.push_back(DescribeControl(control));
+  return {{"controls", std::move(list)}};
 }
 
 Json TellControl(Driver& driver, const Fields& fields) {
@@ -37,24 +48,88 @@ void RefuseUnlessUsable(const Fields& fields, const CaptionsInspector::Control& 
     fields.Refuse("control", control.name + " is disabled");
 }
 
-// How far a change goes: 0 it starts, 1 the value changes, 2 it is finished.
-bool RunsPhase(const Fields& fields, int phase) {
+// Which phases of a change are to be seen: 0 it starts, 1 the value changes, 2 it is finished.
+std::vector<int> GetPhases(const Fields& fields) {
   if (!fields.Has("phases"))
-    return true;
+    return {0, 1, 2};
   const Json& phases = fields.Get("phases");
+  std::vector<int> list;
+  if (phases.is_number_integer()) {
+    for (int phase = 0; phase <= fields.Integer("phases", 0, 2); ++phase)
+      list.push_back(phase);
+    return list;
+  }
   if (!phases.is_array())
     fields.Refuse("phases", "must be a list of 0, 1 and 2");
-  return std::find(phases.begin(), phases.end(), Json(phase)) != phases.end();
+  for (const Json& phase : phases) {
+    if (!phase.is_number_integer() || phase < 0 || phase > 2)
+      fields.Refuse("phases", "must be a list of 0, 1 and 2");
+    list.push_back(phase.get<int>());
+  }
+  return list;
 }
 
-void SetText(const Fields& fields, zebui::controls::UI_TextEdit& edit) {
+void SetText(const Fields& fields, controls::UI_TextEdit& edit) {
   const zebcore::UString text = zebcore::FromUTF8(fields.Text("value"));
-  if (RunsPhase(fields, 0))
-    edit.StartInteractiveChange();
-  if (RunsPhase(fields, 1))
-    edit.SetValue(text, true);
-  if (RunsPhase(fields, 2))
-    edit.FinishInteractiveChange();
+  for (const int phase : GetPhases(fields)) {
+    if (phase == 0)
+      edit.StartInteractiveChange();
+    else if (phase == 1)
+      edit.SetValue(text, true);
+    else
+      edit.FinishInteractiveChange();
+  }
+}
+
+void SetNumber(const Fields& fields, controls::UI_HotTextNumber& number) {
+  const double value = fields.Number("value");
+  const std::vector<int> phases = GetPhases(fields);
+  if (!phases.empty())
+    number.Enter(value, static_cast<zebui::ui::UI_InteractiveControlChangedMessage::ChangeMessage>(
+                            *std::max_element(phases.begin(), phases.end())));
+}
+
+// By index, or by the text of an item.
+void SetPopup(const Fields& fields, controls::UI_Popup& popup) {
+  if (fields.Get("value").is_string()) {
+    const zebcore::UString text = zebcore::FromUTF8(fields.Text("value"));
+    for (std::int64_t i = 0; i < popup.Size(); ++i) {
+      if (popup.GetItemString(i) == text)
+        return popup.Choose(i);
+    }
+    fields.Refuse("value", "the popup has no item of that text");
+  }
+  popup.Choose(fields.Integer("value", 0, std::max<std::int64_t>(0, popup.Size() - 1)));
+}
+
+bool SetNode(const Fields& fields, UI_Node& node) {
+  const boost::intrusive_ptr<UI_Node> alive(&node);
+  if (auto* edit = dynamic_cast<controls::UI_TextEdit*>(&node)) {
+    SetText(fields, *edit);
+  } else if (auto* number = dynamic_cast<controls::UI_HotTextNumber*>(&node)) {
+    SetNumber(fields, *number);
+  } else if (auto* popup = dynamic_cast<controls::UI_Popup*>(&node)) {
+    SetPopup(fields, *popup);
+  } else if (auto* grid = dynamic_cast<controls::UI_PositionGridControl*>(&node)) {
+    const auto [column, row] = fields.Pair("value");
+    grid->Choose({column, row});
+  } else {
+    return false;
+  }
+  return true;
+}
+
+UIF::Color ReadColor(const Fields& fields, const char* name) {
+  const Json& color = fields.Get(name);
+  if (!color.is_array() || color.size() < 3)
+    fields.Refuse(name, "must be [red, green, blue, alpha]");
+  const auto part = [&](std::size_t index) {
+    const Json& value = color[index];
+    if (!value.is_number() || value < 0 || value > 1)
+      fields.Refuse(name, "must be numbers from 0 to 1");
+    return static_cast<std::uint8_t>(std::lround(value.get<double>() * 255.0));
+  };
+  return {part(0), part(1), part(2)};
 }
 
 Json SetControl(Driver& driver, const Fields& fields) {
@@ -64,22 +139,49 @@ Json SetControl(Driver& driver, const Fields& fields) {
     (*bar)->SetScrollBarPosition(fields.Int("value"), true);
     return DescribeControl(control);
   }
-  UI_Node* const* node = std::get_if<UI_Node*>(&control.pointer);
-  auto* edit = node ? dynamic_cast<zebui::controls::UI_TextEdit*>(*node) : nullptr;
-  if (!edit)
+  const ForcedControl forced(control, fields.Flag("force", false));
+  bool known = false;
+  if (UIF::ColorPickerControl* const* picker = std::get_if<UIF::ColorPickerControl*>(&control.pointer)) {
+    const UIF::Color color = ReadColor(fields, "value");
+    Guard("ColorPickerControl::SetColor", [&] { (*picker)->SetColor(color, true); });
+    known = true;
+  } else if (UI_Node* const* node = std::get_if<UI_Node*>(&control.pointer)) {
+    known = SetNode(fields, **node);
+  }
+  if (!known)
     fields.Refuse("control", control.name + " has no value that can be set");
-  SetText(fields, *edit);
   return DescribeControl(control);
+}
+
+bool Press(const CaptionsInspector::Control& control) {
+  if (UIF::PictureButton* const* button = std::get_if<UIF::PictureButton*>(&control.pointer)) {
+    (*button)->Press();
+    return true;
+  }
+  UI_Node* const* found = std::get_if<UI_Node*>(&control.pointer);
+  if (!found)
+    return false;
+  const boost::intrusive_ptr<UI_Node> alive(*found);
+  if (auto* button = dynamic_cast<controls::UI_TextButton*>(*found))
+    button->Press();
+  else if (auto* swatch = dynamic_cast<controls::UI_Swatch*>(*found))
+    swatch->Press();
+  else
+    return false;
+  return true;
 }
 
 Json PressControl(Driver& driver, const Fields& fields) {
   const auto control = FindControl(driver, fields, "control");
   RefuseUnlessUsable(fields, control);
-  UI_Node* const* node = std::get_if<UI_Node*>(&control.pointer);
-  auto* button = node ? dynamic_cast<zebui::controls::UI_TextButton*>(*node) : nullptr;
-  if (!button)
+  const ForcedControl forced(control, fields.Flag("force", false));
+  bool pressed = false;
+  Guard("UI_ControlView::Press", [&] {
+    pressed = true;
+    pressed = Press(control);
+  });
+  if (!pressed)
     fields.Refuse("control", control.name + " is no button");
-  Guard("UI_TextButton::Press", [&] { button->Press(); });
   return Json::object();
 }
 
@@ -122,18 +224,44 @@ Json SetNextPanelResult(Driver& driver, const Fields& fields) {
   return Json::object();
 }
 
-Json RefuseLater(const char* what) {
-  throw RequestError(what);
+// Null: the next dialog is cancelled, as all are that nobody has a colour for.
+Json SetNextColor(Driver& driver, const Fields& fields) {
+  driver.popups.nextColor.reset();
+  if (fields.Has("color"))
+    driver.popups.nextColor = ReadColor(fields, "color");
+  else if (!fields.Mentions("color"))
+    throw RequestError("color: missing");
+  return Json::object();
 }
 
-Json SetNextColor(Driver&, const Fields&) {
-  return RefuseLater("the panel has no colour dialog yet");
-}
-Json UsePicker(Driver&, const Fields&) {
-  return RefuseLater("the panel has no colour picker yet");
-}
-Json SetRendering(Driver&, const Fields&) {
-  return RefuseLater("the renderer cannot be held or completed by hand yet");
+// What a person does at the colour picker, which need not be on show for it.
+Json UsePicker(Driver& driver, const Fields& fields) {
+  driver.CreatedView();
+  for (const auto& control : CaptionsInspector(driver.Handler()).GetControls()) {
+    UIF::ColorPickerControl* const* found = std::get_if<UIF::ColorPickerControl*>(&control.pointer);
+    if (!found)
+      continue;
+    UIF::ColorPickerControl& picker = **found;
+    const ForcedControl forced(control, true);
+    const std::string eyedropper = fields.Text("eyedropper", "");
+    if (!eyedropper.empty() && eyedropper != "start" && eyedropper != "end")
+      fields.Refuse("eyedropper", "must be start or end");
+    std::optional<UIF::Color> color;
+    if (fields.Has("color"))
+      color = ReadColor(fields, "color");
+    Guard("ColorPickerControl", [&] {
+      if (eyedropper == "start")
+        picker.StartEyedropper();
+      else if (eyedropper == "end")
+        picker.EndEyedropper(color ? &*color : nullptr);
+      else if (color)
+        picker.SetColor(*color, true);
+      if (fields.Flag("swatch", false))
+        picker.ClickSwatch();
+    });
+    return DescribeControl(control);
+  }
+  throw RequestError("the panel has no colour picker");
 }
 
 } // namespace
@@ -148,7 +276,6 @@ void AddControlRequests(RequestTable& table) {
   table["next_panel_result"] = {&SetNextPanelResult};
   table["next_color"] = {&SetNextColor};
   table["picker"] = {&UsePicker};
-  table["render"] = {&SetRendering};
 }
 
 } // namespace Drive

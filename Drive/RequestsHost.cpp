@@ -6,6 +6,7 @@
 #include "BE/Preferences.h"
 #include "Captions/contracts/TextSpanAttributes.h"
 #include "Drive/Driver.h"
+#include "TD/TitlerFontList.h"
 #include "UIF/ShortcutManager.h"
 #include "UIF/Workspace.h"
 #include "zebappsupport/Feature.h"
@@ -95,6 +96,25 @@ bool IsInstalled(const wchar_t* family) {
   return InstalledFamilies().contains(family);
 }
 
+TD::FontFamilyDescription ReadFamily(const Fields& fields) {
+  TD::FontFamilyDescription family;
+  family.name = zebcore::FromUTF8(fields.Text("name"));
+  if (!fields.Has("faces"))
+    return family;
+  for (const Fields& face : fields.Objects("faces")) {
+    TD::CaptionFontRecord record;
+    const std::string style = face.Text("style");
+    record.styleName = zebcore::FromUTF8(style);
+    record.fullName = zebcore::FromUTF8(face.Text("full_name", fields.Text("name") + " " + style));
+    record.isBold = face.Flag("bold", record.isBold);
+    record.boldSelectable = face.Flag("bold_selectable", record.boldSelectable);
+    record.isItalic = face.Flag("italic", record.isItalic);
+    record.italicSelectable = face.Flag("italic_selectable", record.italicSelectable);
+    family.faces.push_back(std::move(record));
+  }
+  return family;
+}
+
 Json SetFonts(Driver&, const Fields& fields) {
   if (fields.Mentions("generic")) {
     std::map<zebcore::UString, zebcore::UString> names;
@@ -107,18 +127,17 @@ Json SetFonts(Driver&, const Fields& fields) {
   }
   if (fields.Has("families")) {
     std::set<std::wstring> names;
+    std::vector<TD::FontFamilyDescription> families;
     for (const Fields& family : fields.Objects("families")) {
-      const zebcore::UString name = zebcore::FromUTF8(family.Text("name"));
-      names.insert(std::wstring(name.begin(), name.end()));
-      if (family.Has("faces")) {
-        for (const Fields& face : family.Objects("faces"))
-          face.Text("style");
-      }
+      families.push_back(ReadFamily(family));
+      names.insert(std::wstring(families.back().name.begin(), families.back().name.end()));
     }
     InstalledFamilies().swap(names);
     zebcore::SetFontProbe(&IsInstalled);
+    TD::SetTitlerFontList(std::move(families));
   } else if (fields.Mentions("families")) {
     zebcore::SetFontProbe(nullptr);
+    TD::SetTitlerFontList({});
   }
   using zebcaptioning::TextSpanAttributes;
   return {{"families", fields.Has("families") ? fields.Get("families") : Json()},
@@ -167,7 +186,8 @@ Json TellRegistry(Driver&, const Fields&) {
                           {"kind", command.kind},
                           {"decal", command.decal},
                           {"text", command.text.IsNull() ? Json() : Json(command.text.Text())},
-                          {"flag", command.flag}});
+                          {"flag", command.flag},
+                          {"keys", shortcuts->GetKeys(command.name)}});
     contexts.push_back({{"id", context->GetID()}, {"name", FromText(context->GetName())}, {"commands", commands}});
   }
   return {{"window_classes", std::move(classes)},

@@ -2,14 +2,18 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
+#include <QKeySequence>
 
 #include "Drive/CaptionsInspector.h"
 #include "Drive/ControlJson.h"
 #include "Drive/Driver.h"
 #include "Drive/PanelInput.h"
 #include "Drive/PanelJson.h"
+#include "UIF/CommandRouter.h"
 #include "UIF/HotTimecodeControl.h"
 #include "UIF/ScrollBar.h"
+#include "UIF/ShortcutManager.h"
 #include "UIF/TabView.h"
 #include "zebui/Controls.h"
 #include "zebui/Driver.h"
@@ -168,13 +172,36 @@ KeyboardCode FindKey(const Fields& fields, zebcore::UString& typed) {
   return found->second;
 }
 
+// As the toolkit does with a key press: a shortcut is one unless whatever has the focus wants the key for itself. True
+// if the key was one and its command was obeyed.
+bool PressShortcut(Driver& driver, KeyboardCode code, zebui::ui::ModKey modifiers) {
+  if ((modifiers & (zebui::ui::kModKey_Control | zebui::ui::kModKey_Alt | zebui::ui::kModKey_Meta)) == 0)
+    return false;
+  const QKeyCombination keys(zebui::toolkit::ToQtModifiers(modifiers),
+                             static_cast<Qt::Key>(zebui::toolkit::ToQtKey(code)));
+  const bool isPanels = UIF::GetTabViewOnDuty() && UIF::GetTabViewOnDuty() == driver.View();
+  const std::string context = isPanels ? driver.Handler()->GetShortcutContextName() : "global";
+  const int command = UIF::ShortcutManager::Instance()->FindCommand(
+      context, QKeySequence(keys).toString(QKeySequence::PortableText).toStdString());
+  if (command == 0)
+    return false;
+  if (QWidget* const widget = zebui::toolkit::GetFocusWidget()) {
+    QKeyEvent asked(QEvent::ShortcutOverride, keys.key(), keys.keyboardModifiers());
+    asked.ignore();
+    QCoreApplication::sendEvent(widget, &asked);
+    if (asked.isAccepted())
+      return false;
+  }
+  return UIF::RouteCommand(command);
+}
+
 Json Type(Driver& driver, const Fields& fields) {
   bool used = false;
   if (fields.Has("key_name")) {
     zebcore::UString typed;
     const KeyboardCode code = FindKey(fields, typed);
     const HeldKeys held(fields.Modifiers());
-    used = zebui::driver::PressKey(code, fields.Modifiers(), typed);
+    used = PressShortcut(driver, code, fields.Modifiers()) || zebui::driver::PressKey(code, fields.Modifiers(), typed);
   } else {
     used = zebui::driver::TypeText(zebcore::FromUTF8(fields.Text("text")));
   }

@@ -8,6 +8,7 @@
 #include "Drive/Driver.h"
 #include "Drive/PanelWindow.h"
 #include "UIF/Drawing.h"
+#include "UIF/MenuUtils.h"
 #include "UIF/TabView.h"
 #include "UIF/ViewWidget.h"
 #include "zebui/NodeManager.h"
@@ -27,6 +28,11 @@ Json TellMenus(Driver& driver, const Fields&) {
 Json SetNextMenu(Driver& driver, const Fields& fields) {
   driver.popups.nextMenuChoice = fields.Int("choose", 0);
   return Json::object();
+}
+
+// As a person would open it at the panel's title.
+Json OpenWingMenu(Driver& driver, const Fields&) {
+  return {{"shown", UIF::MenuUtils::TrackWingMenu(driver.CreatedView(), {0, 0})}};
 }
 
 Json SetModal(Driver& driver, const Fields& fields) {
@@ -86,9 +92,12 @@ Json Paint(Driver& driver, const Fields&) {
   driver.trace.Collect();
   PaintOnce(*Captivo::CaptionsInspector(driver.Handler()).GetPane());
   Json calls = Json::array();
-  for (const auto& call : zebcore::trace::Take()) {
+  // What else happens meanwhile, a model that is fetched for instance, stays on the record.
+  for (auto& call : zebcore::trace::Take()) {
     if (IsDrawing(call.call))
       calls.push_back(FromCall(call));
+    else
+      driver.trace.Put(std::move(call));
   }
   return {{"calls", std::move(calls)}};
 }
@@ -99,7 +108,7 @@ Json NameVideo(const Driver& driver, const BE::InterfaceRef<BE::IVideoSegments>&
   if (!project || !video)
     return nullptr;
   for (const auto& clip : project->GetClips()) {
-    if (clip->GetClip(BE::kMediaType_Video, 0) == video)
+    if (clip->GetClip(BE::kMediaType_Video, 0) == video || clip.Query<BE::IVideoSegments>() == video)
       return clip->GetID();
   }
   return nullptr;
@@ -140,6 +149,7 @@ void AddRecordRequests(RequestTable& table) {
   table["boxes"] = {&TellBoxes};
   table["menus"] = {&TellMenus};
   table["next_menu"] = {&SetNextMenu};
+  table["wing_menu"] = {&OpenWingMenu};
   table["modal"] = {&SetModal};
   table["trace"] = {&TellTrace};
   table["paint"] = {&Paint};

@@ -2,6 +2,7 @@
 
 #include "BE/ProjectObject.h"
 #include "zebcaptioning/Conversion.h"
+#include "zebcore/Trace.h"
 
 namespace BE {
 
@@ -104,6 +105,8 @@ void StreamObject::GetDisplaySettings(const TickTime&, zebcaptioning::CaptionDis
 
 boost::intrusive_ptr<zebcaptioning::CaptioningRenderableModel>
 StreamObject::GetRenderableModel(const TickTime& time) const {
+  if (zebcore::trace::IsOn())
+    zebcore::trace::Record("CaptioningStream::GetRenderableModel", {{"stream", GetID()}, {"time", time.GetTicks()}});
   if (!zebcaptioning::IsOpenCaptions(GetStreamFormat()))
     return nullptr;
   std::vector<CaptionStatePtr> shown;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "HSL/OpenCaptionRenderer.h"
+#include "zebcore/Trace.h"
 
 namespace HSL {
 
@@ -46,6 +47,10 @@ void RenderOpenCaptions(const boost::intrusive_ptr<zebcaptioning::CaptioningRend
                         const zebcore::classref::InterfaceRef<MF::IVideoFrame>& frame,
                         const zebcore::geom::RectT<int>& source, const zebcore::geom::RectT<int>&, int, int,
                         double opacity) {
+  if (zebcore::trace::IsOn())
+    zebcore::trace::Record("HSL::RenderOpenCaptions", {{"target", {target.x, target.y, target.width, target.height}},
+                                                       {"source", {source.x, source.y, source.width, source.height}},
+                                                       {"opacity", opacity}});
   if (!model || !frame)
     return;
   const zebcore::geom::RectT<int> bounds = frame->GetRect();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "zebcore/Trace.h"
+
 namespace VF::VideoFrameManipulators {
 
 namespace {
@@ -17,8 +19,11 @@ CreateBlankFrame(const zebcore::classref::InterfaceRef<MF::IVideoFrame>& like) {
 }
 
 void CopyFrame(const zebcore::classref::InterfaceRef<MF::IVideoFrame>& from,
-               const zebcore::classref::InterfaceRef<MF::IVideoFrame>& to, int,
+               const zebcore::classref::InterfaceRef<MF::IVideoFrame>& to, int quality,
                const zebmediatypes::ColorSpaceConversionParameters&) {
+  if (zebcore::trace::IsOn())
+    zebcore::trace::Record("VideoFrameManipulators::CopyFrame",
+                           {{"size", {from->GetRect().width, from->GetRect().height}}, {"quality", quality}});
   const int width = std::min(from->GetRect().width, to->GetRect().width);
   const int height = std::min(from->GetRect().height, to->GetRect().height);
   for (int y = 0; y < height; ++y)
