@@ -297,11 +297,19 @@ void HotFieldWidget::focusOutEvent(QFocusEvent* event) {
   update();
 }
 
-// What is disabled while it is dragged is let go of.
+// What is disabled or hidden while it is dragged goes back to where it was.
 void HotFieldWidget::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() != QEvent::EnabledChange || isEnabled())
-    return;
+  if (event->type() == QEvent::EnabledChange && !isEnabled())
+    LetGo();
+}
+
+void HotFieldWidget::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  LetGo();
+}
+
+void HotFieldWidget::LetGo() {
   if (std::exchange(mDrag, Drag::None) == Drag::Moving)
     Tell(mOwner.dragCancelled);
 }

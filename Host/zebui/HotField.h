@@ -75,6 +75,7 @@ class HotFieldWidget : public QWidget, public Described {
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   enum class Drag { None, Pressed, Moving };
@@ -85,6 +86,7 @@ class HotFieldWidget : public QWidget, public Described {
       copy(arguments...);
   }
   void FollowDrag(const QMouseEvent& event);
+  void LetGo();
 
   Owner mOwner;
   bool mReadOnly;

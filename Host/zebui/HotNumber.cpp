@@ -282,12 +282,13 @@ struct HotNumberState {
     return true;
   }
 
-  // The focus went elsewhere: a number is taken, what is none is given up.
+  // The focus went elsewhere: a number is taken, what is none is given up. So is all in a field that was put away,
+  // since what it would change is on show no more.
   void Leave() {
     if (!editor)
       return;
     const auto typed = IsUntouched() ? std::nullopt : Parsed(editor->text());
-    if (typed && CanChange())
+    if (typed && CanChange() && owner.UI_IsShown())
       TakeTyped(*typed, false);
     else
       GiveUp(false);

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QPushButton>
 
+#include "zebui/ControlWidget.h"
 #include "zebui/Controls.h"
 #include "zebui/Toolkit.h"
 
@@ -16,6 +17,20 @@ class ButtonWidget : public QPushButton {
   using QPushButton::QPushButton;
 
  protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPushButton::paintEvent(event);
+    if (toolkit::GetFocusWidget() != this)
+      return;
+    QPainter painter(this);
+    PaintFocusRing(painter, rect(), palette());
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isEnter && !event->isAutoRepeat())
+      click();
+    else
+      QPushButton::keyPressEvent(event);
+  }
   bool event(QEvent* event) override {
     const toolkit::EventScope scope;
     return QPushButton::event(event);

@@ -25,7 +25,7 @@ class TextWidget : public QTextEdit {
   // Shows the kept text; not an edit.
   void ShowKeptText();
   // Pixels beside the text for what else lies in the field.
-  void SetRoomAtSides(int left, int right) { setViewportMargins(left, 1, right, 1); }
+  void SetRoomAtSides(int left, int right) { setViewportMargins(left, 0, right, 0); }
   void Select(std::size_t start, std::size_t end); // shown units
   // What the toolkit does with a key on its own; true if it used it.
   bool RunDefaultKey(const QKeyEvent& event);

@@ -477,6 +477,30 @@ TEST_F(HotNumber, GivesUpItsEditorWhenItIsDisabled) {
   EXPECT_EQ(log, "3 ");
 }
 
+TEST_F(HotNumber, GivesUpWhatIsTypedWhenItIsPutAway) {
+  test::Click(Widget());
+  driver::TypeText(u"7");
+  log.clear();
+  number->UI_Show(false);
+  EXPECT_EQ(log, "3 ");
+  EXPECT_EQ(number->GetValue(), 50.0);
+}
+
+TEST_F(HotNumber, GoesBackWhenItIsPutAwayWhileItIsDragged) {
+  test::Mouse(Widget(), QEvent::MouseButtonPress, 5);
+  test::Mouse(Widget(), QEvent::MouseMove, 35);
+  log.clear();
+  number->UI_Show(false);
+  EXPECT_EQ(log, "3 ");
+  EXPECT_EQ(number->GetValue(), 50.0);
+}
+
+TEST_F(HotNumber, ShowsThatItHasTheKeyboard) {
+  const QImage without = Widget()->grab().toImage();
+  Focus();
+  EXPECT_NE(Widget()->grab().toImage(), without);
+}
+
 TEST_F(HotNumber, WorksOffTheScreen) {
   const boost::intrusive_ptr<UI_HotTextNumber> off(new UI_HotTextNumber);
   off->SetMaxValue(10);

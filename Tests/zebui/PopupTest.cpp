@@ -351,6 +351,12 @@ TEST_F(Popup, TellsTheWholeTextInItsTipWhereItIsCutOff) {
   EXPECT_EQ(ask(), QStringLiteral("Select Font Family"));
 }
 
+TEST_F(Popup, ShowsThatItHasTheKeyboard) {
+  const QImage without = Widget()->grab().toImage();
+  Focus();
+  EXPECT_NE(Widget()->grab().toImage(), without);
+}
+
 TEST_F(Popup, MayBeTakenAwayByTheOneWhoHearsOfTheChoice) {
   popup->NotifyWhenChanged([this](const ui::UI_ControlChangedMessage&) {
     window.root->ChildRemove(popup);
