@@ -191,7 +191,8 @@ class CaptionsPane : public UIF::SubView, public zebcore::messaging::Listener {
   // Painting.
   RowGeometry ComputeRowGeometry() const;
   void PaintRow(UIF::DC& dc, CaptionsItem& item, int index, const RowGeometry& geometry, int rowTop);
-  void PlaceControls(CaptionsItem& item, const RowGeometry& geometry, int rowTop);
+  void PaintTimeLine(UIF::DC& dc, const RowGeometry& geometry, const UString& label, int top,
+                     UIF::HotTimecodeControl* control);
 
   // Previews.
   TickTime GetLastFrameTime(const TickTime& end) const;

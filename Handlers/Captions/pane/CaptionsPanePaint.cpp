@@ -160,20 +160,20 @@ void CaptionsPane::PaintRow(UIF::DC& dc, CaptionsItem& item, int index, const Ro
     PaintThumbnail(dc, geometry.video, GetLastFrameTime(item.GetEndTime()), geometry.thumbnailSource, target);
   }
 
-  const auto drawLabel = [&](const UString& label, int top) {
-    const RectT<int> rect{geometry.labelX, rowTop + top, geometry.labelWidth, kLineHeight};
-    dc.DrawString(geometry.font, rect, label, geometry.labelColor, UIF::kAlign_Right, UIF::kVerticalAlignment_Center,
-                  UIF::kTruncate_End, false);
-  };
-  drawLabel(geometry.inLabel, kFirstLineTop);
-  drawLabel(geometry.outLabel, kSecondLineTop);
-  PlaceControls(item, geometry, rowTop);
-
-  if (!item.GetTextEdit()) {
+  PaintTimeLine(dc, geometry, geometry.inLabel, rowTop + kFirstLineTop,
+                item.HasControls() ? &item.GetInControl() : nullptr);
+  PaintTimeLine(dc, geometry, geometry.outLabel, rowTop + kSecondLineTop,
+                item.HasControls() ? &item.GetOutControl() : nullptr);
+  const RectT<float> text{static_cast<float>(geometry.textX), static_cast<float>(rowTop + kFirstLineTop),
+                          static_cast<float>(geometry.textWidth), static_cast<float>(kTextHeight)};
+  if (const auto& textEdit = item.GetTextEdit()) {
+    textEdit->UI_SetLocalRectF(text);
+    textEdit->UI_Show(true);
+  } else {
+    // A row in view has its controls: nothing is drawn on this road.
     const auto surface = dc.GetDrawbot();
     surface->SaveState();
-    surface->Clip({static_cast<float>(geometry.textX), static_cast<float>(rowTop + kFirstLineTop + kPlainTextInset),
-                   static_cast<float>(geometry.textWidth), static_cast<float>(kPlainTextHeight)});
+    surface->Clip({text.x, text.y + kPlainTextInset, text.width, static_cast<float>(kPlainTextHeight)});
     surface->RestoreState();
   }
   if (index != lastVisibleRow) {
@@ -182,16 +182,15 @@ void CaptionsPane::PaintRow(UIF::DC& dc, CaptionsItem& item, int index, const Ro
   }
 }
 
-void CaptionsPane::PlaceControls(CaptionsItem& item, const RowGeometry& geometry, int rowTop) {
-  if (!item.HasControls())
+// A label and the timecode behind it, which is only placed: it paints itself.
+void CaptionsPane::PaintTimeLine(UIF::DC& dc, const RowGeometry& geometry, const UString& label, int top,
+                                 UIF::HotTimecodeControl* control) {
+  dc.DrawString(geometry.font, {geometry.labelX, top, geometry.labelWidth, kLineHeight}, label, geometry.labelColor,
+                UIF::kAlign_Right, UIF::kVerticalAlignment_Center, UIF::kTruncate_End, false);
+  if (!control)
     return;
-  item.GetInControl().SetBounds({geometry.timecodeX, rowTop + kFirstLineTop, kTimecodeWidth, kLineHeight});
-  item.GetInControl().Show(true);
-  item.GetOutControl().SetBounds({geometry.timecodeX, rowTop + kSecondLineTop, kTimecodeWidth, kLineHeight});
-  item.GetOutControl().Show(true);
-  item.GetTextEdit()->UI_SetLocalRectF({static_cast<float>(geometry.textX), static_cast<float>(rowTop + kFirstLineTop),
-                                        static_cast<float>(geometry.textWidth), static_cast<float>(kTextHeight)});
-  item.GetTextEdit()->UI_Show(true);
+  control->SetBounds({geometry.timecodeX, top, kTimecodeWidth, kLineHeight});
+  control->Show(true);
 }
 
 } // namespace Captivo
