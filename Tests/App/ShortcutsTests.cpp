@@ -1,0 +1,136 @@
+#include <QAction>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include "App/window/Shortcuts.h"
+#include "App/window/ShortcutsWindow.h"
+#include "HSL/HostCommands.h"
+#include "UIF/ShortcutManager.h"
+#include "WindowSupport.h"
+
+namespace AppTest {
+
+namespace {
+
+class Shortcuts : public WindowWithPanel {
+ protected:
+  ~Shortcuts() override { UIF::ShortcutManager::Instance()->ResetAllKeys(); }
+
+  QAction* ActionWith(const QKeySequence& keys) {
+    for (QAction* action : window->findChildren<QAction*>())
+      if (action->shortcuts().contains(keys))
+        return action;
+    return nullptr;
+  }
+  static QTreeWidgetItem* Find(QTreeWidget& tree, const QString& text) {
+    for (QTreeWidgetItemIterator at(&tree); *at; ++at)
+      if ((*at)->text(0) == text)
+        return *at;
+    return nullptr;
+  }
+  static void Press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent press(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(&widget, &press);
+  }
+};
+
+} // namespace
+
+TEST_F(Shortcuts, AreThoseOfTheCommandsOnTheEntriesOfTheMenus) {
+  ASSERT_NE(ActionWith(Qt::CTRL | Qt::Key_B), nullptr);
+  EXPECT_NE(ActionWith(Qt::CTRL | Qt::Key_Z), nullptr);
+  EXPECT_NE(ActionWith(Qt::CTRL | Qt::Key_Y), nullptr) << "a command may have several keys";
+  EXPECT_NE(ActionWith(Qt::CTRL | Qt::SHIFT | Qt::Key_S), nullptr);
+  UIF::ShortcutManager::Instance()->SetKeys("cmd.captions.bold", {"F9"});
+  App::shortcuts::Apply(*window);
+  EXPECT_EQ(ActionWith(Qt::CTRL | Qt::Key_B), nullptr);
+  EXPECT_NE(ActionWith(Qt::Key_F9), nullptr);
+}
+
+TEST_F(Shortcuts, OfOneKeyGoToOneEntryOnly) {
+  std::set<QKeySequence> seen;
+  for (const QAction* action : window->findChildren<QAction*>())
+    for (const QKeySequence& keys : action->shortcuts())
+      EXPECT_TRUE(seen.insert(keys).second) << keys.toString().toStdString();
+}
+
+TEST_F(Shortcuts, AreFoundByTheirCommandAndByTheirKeys) {
+  App::ShortcutsWindow dialog(window.get());
+  auto& tree = *dialog.findChild<QTreeWidget*>();
+  auto& search = *dialog.findChild<QLineEdit*>(QStringLiteral("search"));
+  QTreeWidgetItem* bold = Find(tree, QStringLiteral("Bold"));
+  QTreeWidgetItem* italic = Find(tree, QStringLiteral("Italic"));
+  ASSERT_TRUE(bold && italic);
+  EXPECT_EQ(bold->parent()->text(0), QStringLiteral("Captions Panel"));
+  search.setText(QStringLiteral("bol"));
+  EXPECT_FALSE(bold->isHidden());
+  EXPECT_TRUE(italic->isHidden());
+  EXPECT_EQ(tree.currentItem(), bold);
+  search.setText(QStringLiteral("ctrl+i"));
+  EXPECT_TRUE(bold->isHidden());
+  EXPECT_FALSE(italic->isHidden());
+}
+
+TEST_F(Shortcuts, AreRecordedWithAWarningOfWhatTheyAreTakenFrom) {
+  auto& manager = *UIF::ShortcutManager::Instance();
+  App::ShortcutsWindow dialog(window.get());
+  auto& tree = *dialog.findChild<QTreeWidget*>();
+  auto& recorder = *dialog.findChild<QLineEdit*>(QStringLiteral("recorder"));
+  auto& assign = *dialog.findChild<QPushButton*>(QStringLiteral("assign"));
+  auto& warning = *dialog.findChild<QLabel*>(QStringLiteral("warning"));
+  tree.setCurrentItem(Find(tree, QStringLiteral("Bold")));
+  EXPECT_FALSE(assign.isEnabled()) << "it has these keys already";
+
+  Press(recorder, Qt::Key_F9, Qt::NoModifier);
+  EXPECT_EQ(warning.text(), QString());
+  assign.click();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.bold"), UIF::KeysList{"F9"});
+
+  Press(recorder, Qt::Key_I, Qt::ControlModifier);
+  EXPECT_TRUE(warning.text().contains(QStringLiteral("Italic"))) << warning.text().toStdString();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.italicize"), UIF::KeysList{"Ctrl+I"}) << "not before it is assigned";
+  assign.click();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.bold"), UIF::KeysList{"Ctrl+I"});
+  EXPECT_TRUE(manager.GetKeys("cmd.captions.italicize").empty());
+
+  Press(recorder, Qt::Key_B, Qt::NoModifier);
+  EXPECT_FALSE(assign.isEnabled()) << "letters are for typing";
+  EXPECT_FALSE(warning.text().isEmpty());
+
+  dialog.findChild<QPushButton*>(QStringLiteral("reset"))->click();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.bold"), UIF::KeysList{"Ctrl+B"});
+  dialog.findChild<QPushButton*>(QStringLiteral("resetAll"))->click();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.italicize"), UIF::KeysList{"Ctrl+I"});
+  dialog.findChild<QPushButton*>(QStringLiteral("remove"))->click();
+  EXPECT_TRUE(manager.GetKeys("cmd.captions.bold").empty());
+}
+
+TEST_F(Shortcuts, StayAsTheyWereWhenTheWindowIsLeftAndAreThereAgainWhenTheyWereStored) {
+  auto& manager = *UIF::ShortcutManager::Instance();
+  const auto leave = [&](bool accept) {
+    QTimer::singleShot(0, window.get(), [&manager, accept] {
+      manager.SetKeys("cmd.captions.bold", {"F9"});
+      manager.SetKeys("cmd.captions.italicize", {});
+      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      accept ? dialog->accept() : dialog->reject();
+    });
+    return App::shortcuts::Edit(window.get());
+  };
+  EXPECT_FALSE(leave(false));
+  EXPECT_EQ(manager.GetKeys("cmd.captions.bold"), UIF::KeysList{"Ctrl+B"});
+  EXPECT_TRUE(leave(true));
+  manager.ResetAllKeys();
+  App::shortcuts::Load();
+  EXPECT_EQ(manager.GetKeys("cmd.captions.bold"), UIF::KeysList{"F9"});
+  EXPECT_TRUE(manager.GetKeys("cmd.captions.italicize").empty()) << "no keys is a choice as well";
+  MakeWindow();
+  EXPECT_NE(ActionWith(Qt::Key_F9), nullptr);
+}
+
+} // namespace AppTest
