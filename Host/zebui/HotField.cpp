@@ -192,6 +192,14 @@ bool HotFieldWidget::RunKey(const QKeyEvent& event) {
 
 bool HotFieldWidget::event(QEvent* event) {
   const toolkit::EventScope scope;
+  const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress ||
+                     event->type() == QEvent::KeyRelease;
+  const QWidget* const focus = toolkit::GetFocusWidget();
+  if (isKey && focus != this && isAncestorOf(focus)) {
+    // It went through filters and node on its way out of the editor, which had no use for it.
+    event->ignore();
+    return true;
+  }
   if (mOwner.node)
     return RunNodeKey(*mOwner.node, *this, *event) || QWidget::event(event);
   if (event->type() == QEvent::ShortcutOverride && toolkit::GetFocusWidget() == this) {

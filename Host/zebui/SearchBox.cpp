@@ -18,6 +18,7 @@ namespace {
 constexpr int kGlassWidth = 18;
 constexpr int kClearWidth = 18;
 constexpr int kRim = 2;
+constexpr int kTipMilliseconds = 400;
 constexpr int kBesideText = 4; // what the text itself keeps free
 constexpr std::size_t kMaxRecent = 10;
 
@@ -123,6 +124,7 @@ class Furniture : public QObject {
     mBox->setAutoFillBackground(true);
     mClear->setAccessibleName(Localized("$$$/Vidra/UI/ClearSearch=Clear search"));
     mClear->setToolTip(mClear->accessibleName());
+    mClear->setProperty("toolTipDelay", kTipMilliseconds);
     mGlass->setAccessibleName(Localized("$$$/Vidra/UI/RecentSearches=Recent searches"));
     mBox->installEventFilter(this);
     QObject::connect(mBox->document(), &QTextDocument::contentsChanged, this, [this] { ShowClear(); });

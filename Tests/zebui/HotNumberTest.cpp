@@ -12,6 +12,7 @@
 #include "Screen.h"
 #include "zebui/Controls.h"
 #include "zebui/Driver.h"
+#include "zebui/NodeManager.h"
 
 using namespace zebui;
 using controls::UI_HotTextNumber;
@@ -400,6 +401,24 @@ TEST_F(HotNumber, LeavesKeysAloneThatAreNotItsOwn) {
   EXPECT_FALSE(driver::PressKey(ui::KeyboardCode('S'), ui::kModKey_Control));
   EXPECT_FALSE(driver::PressKey(ui::kKeyboardCode_Up, ui::kModKey_Alt));
   EXPECT_FALSE(driver::PressKey(ui::KeyboardCode('J'), ui::kModKey_None, u"j"));
+}
+
+TEST_F(HotNumber, PassesAKeyThatItsEditorHasNoUseForOnOnce) {
+  struct Counter : ui::UI_Node {
+    int keys = 0;
+    bool UI_DoPreKeyboardEvent(ui::UI_Node*, const ui::KeyboardEvent& event) override {
+      keys += event.GetType() == ui::kKeyboardEvent_KeyDown ? 1 : 0;
+      return false;
+    }
+  };
+  const boost::intrusive_ptr<Counter> counter(new Counter);
+  test::Click(Widget());
+  ui::UI_NodeManager::Get()->AddKeyboardEventFilterNode(counter.get(), true);
+  QKeyEvent event(QEvent::KeyPress, Qt::Key_F9, {});
+  QCoreApplication::sendEvent(Editor(), &event);
+  ui::UI_NodeManager::Get()->RemoveKeyboardEventFilterNode(counter.get(), true);
+  EXPECT_FALSE(event.isAccepted());
+  EXPECT_EQ(counter->keys, 1);
 }
 
 TEST_F(HotNumber, TakesNothingFromAPersonBetweenBoundsThatAreNone) {
