@@ -9,7 +9,6 @@
 #include "UIF/Eyedropper.h"
 #include "UIF/ViewWidget.h"
 #include "zebcore/Localizer.h"
-#include "zebcore/Trace.h"
 #include "zebui/PaintedButton.h"
 
 namespace UIF {
@@ -49,12 +48,14 @@ class HalfWidget : public toolkit::PaintedButton {
   }
 };
 
-// One of the two buttons that the control is made of.
-class HalfNode : public zebui::ui::UI_ControlView {
+} // namespace
+
+// One of the two buttons that the control is made of. Has a name of its own for the trace's sake.
+class ColorPickerHalf : public zebui::ui::UI_ControlView {
  public:
   using Paint = std::function<void(QPainter&, const QRectF&, const QPalette&, const toolkit::ButtonLook&)>;
 
-  HalfNode(Paint paint, std::function<void()> pressed) : mPaint(std::move(paint)), mPressed(std::move(pressed)) {
+  ColorPickerHalf(Paint paint, std::function<void()> pressed) : mPaint(std::move(paint)), mPressed(std::move(pressed)) {
     Impl().makeWidget = [this](QWidget* parent) {
       auto* button = new HalfWidget(
           *this,
@@ -77,7 +78,7 @@ class HalfNode : public zebui::ui::UI_ControlView {
       }
     };
   }
-  ~HalfNode() override { Impl().widgetGoes(); }
+  ~ColorPickerHalf() override { Impl().widgetGoes(); }
 
   void WhenDropped(std::function<void(const Color&)> dropped) { mDropped = std::move(dropped); }
   void Describe(const QString& description) {
@@ -115,8 +116,6 @@ class HalfNode : public zebui::ui::UI_ControlView {
   QString mDescription;
 };
 
-} // namespace
-
 struct ColorPickerControl::Impl {
   unsigned id = 0;
   Color color;
@@ -125,8 +124,8 @@ struct ColorPickerControl::Impl {
   bool active = false;
   zebcore::utility::ImmutableString station;
   boost::intrusive_ptr<UI_Node> node;
-  boost::intrusive_ptr<HalfNode> swatch;
-  boost::intrusive_ptr<HalfNode> dropper;
+  boost::intrusive_ptr<ColorPickerHalf> swatch;
+  boost::intrusive_ptr<ColorPickerHalf> dropper;
   std::unique_ptr<Eyedropper> eyedropper;
 
   ~Impl() {
@@ -219,13 +218,13 @@ void ColorPickerControl::Create(ViewBase* parent, const RectT<int>& bounds, unsi
   impl->station = zebcore::utility::ImmutableString(("colorPicker:" + std::to_string(++sStations)).c_str());
   impl->node = new UI_Node;
   impl->swatch =
-      new HalfNode([impl](QPainter& painter, const QRectF& rect, const QPalette& palette,
-                          const toolkit::ButtonLook& look) { impl->PaintSwatch(painter, rect, palette, look); },
-                   [this] { ClickSwatch(); });
+      new ColorPickerHalf([impl](QPainter& painter, const QRectF& rect, const QPalette& palette,
+                                 const toolkit::ButtonLook& look) { impl->PaintSwatch(painter, rect, palette, look); },
+                          [this] { ClickSwatch(); });
   impl->dropper =
-      new HalfNode([impl](QPainter& painter, const QRectF& rect, const QPalette& palette,
-                          const toolkit::ButtonLook& look) { impl->PaintDropper(painter, rect, palette, look); },
-                   [this] { StartEyedropper(); });
+      new ColorPickerHalf([impl](QPainter& painter, const QRectF& rect, const QPalette& palette,
+                                 const toolkit::ButtonLook& look) { impl->PaintDropper(painter, rect, palette, look); },
+                          [this] { StartEyedropper(); });
   impl->swatch->WhenDropped([this](const Color& color) { SetColor(color, true); });
   toolkit::SetTraceName(*impl->node, "colorPicker");
   const zebcore::config::Localizer& localizer = zebcore::config::Localizer::Get();
@@ -257,9 +256,7 @@ Color ColorPickerControl::GetColor() const {
 void ColorPickerControl::SetColor(const Color& color, bool notify) {
   if (!mImpl)
     return;
-  if (zebcore::trace::IsOn())
-    zebcore::trace::Record("ColorPickerControl::SetColor",
-                           {{"color", {color.red, color.green, color.blue}}, {"notify", notify}});
+  toolkit::TraceValue("ColorPickerControl::SetColor", *mImpl->node, {color.red, color.green, color.blue});
   const toolkit::WidgetScope scope;
   mImpl->color = color;
   mImpl->ShowColor();

@@ -3,7 +3,6 @@
 #include "UIF/DecalPainter.h"
 #include "UIF/ViewWidget.h"
 #include "zebcore/Boundary.h"
-#include "zebcore/Trace.h"
 #include "zebui/PaintedButton.h"
 
 namespace UIF {
@@ -33,9 +32,12 @@ bool ShowsState(DecalID decal) {
   return decal != kCaptionMusicNoteDecal;
 }
 
-class ButtonNode : public zebui::ui::UI_ControlView {
+} // namespace
+
+// Has a name of its own for the trace's sake.
+class PictureButtonNode : public zebui::ui::UI_ControlView {
  public:
-  ButtonNode(Commander* super, int command, DecalID decal) : mSuper(super), mCommand(command), mDecal(decal) {
+  PictureButtonNode(Commander* super, int command, DecalID decal) : mSuper(super), mCommand(command), mDecal(decal) {
     toolkit::SetTraceName(*this, "command " + std::to_string(command));
     Impl().makeWidget = [this](QWidget* parent) { return MakeWidget(parent); };
     Impl().widgetGoes = [this] {
@@ -43,7 +45,7 @@ class ButtonNode : public zebui::ui::UI_ControlView {
         button->Orphan();
     };
   }
-  ~ButtonNode() override { Impl().widgetGoes(); }
+  ~PictureButtonNode() override { Impl().widgetGoes(); }
 
   void Press() {
     if (!UI_IsEnabled())
@@ -118,10 +120,8 @@ class ButtonNode : public zebui::ui::UI_ControlView {
   bool mTakesFocusOnPress = true;
 };
 
-} // namespace
-
 struct PictureButton::Impl {
-  boost::intrusive_ptr<ButtonNode> node;
+  boost::intrusive_ptr<PictureButtonNode> node;
   RectT<int> bounds;
 };
 
@@ -135,7 +135,7 @@ void PictureButton::Create(ViewBase* parent, const RectT<int>& bounds, int comma
   if (mImpl || !parent || !parent->GetZEBNode())
     return;
   mImpl = std::make_unique<Impl>();
-  mImpl->node = new ButtonNode(mSuper, command, picture.GetDecal());
+  mImpl->node = new PictureButtonNode(mSuper, command, picture.GetDecal());
   SetBounds(bounds);
   Show(false);
   parent->GetZEBNode()->ChildPushBack(mImpl->node);
@@ -144,7 +144,7 @@ void PictureButton::Create(ViewBase* parent, const RectT<int>& bounds, int comma
 void PictureButton::Destroy() {
   if (!mImpl)
     return;
-  const boost::intrusive_ptr<ButtonNode> node = mImpl->node;
+  const boost::intrusive_ptr<PictureButtonNode> node = mImpl->node;
   mImpl.reset();
   if (UI_Node* const parent = node->Impl().parent)
     parent->ChildRemove(node);
@@ -197,8 +197,7 @@ bool PictureButton::IsEnabled() const {
 void PictureButton::SetValue(bool on) {
   if (!mImpl)
     return;
-  if (zebcore::trace::IsOn())
-    zebcore::trace::Record("PictureButton::SetValue", {{"command", GetCommandID()}, {"on", on}});
+  toolkit::TraceValue("PictureButton::SetValue", *mImpl->node, on);
   mImpl->node->SetOn(on);
 }
 

@@ -6,6 +6,7 @@
 #include <QAccessibleWidget>
 #include <QMouseEvent>
 
+#include "zebcore/Trace.h"
 #include "zebui/Toolkit.h"
 
 namespace zebui::toolkit {
@@ -168,6 +169,15 @@ void PaintedButton::leaveEvent(QEvent* event) {
   mPointer = {-1, -1};
   QPushButton::leaveEvent(event);
   update();
+}
+
+void TraceValue(const char* call, const ui::UI_Node& node, const nlohmann::json& value) {
+  if (!zebcore::trace::IsOn())
+    return;
+  nlohmann::json args{{"class", TypeName(node)}, {"value", value}};
+  if (!node.Impl().traceName.empty())
+    args["control"] = node.Impl().traceName;
+  zebcore::trace::Record(call, std::move(args));
 }
 
 bool IsPressKey(const ui::KeyboardEvent& event) {

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QPushButton>
+#include <nlohmann/json.hpp>
 
 #include "zebui/Node.h"
 
@@ -61,6 +62,9 @@ class PaintedButton : public QPushButton {
   Paint mPaint;
   QPointF mPointer{-1, -1};
 };
+
+// A control was given a value, by the names that the trace has for it.
+void TraceValue(const char* call, const ui::UI_Node& node, const nlohmann::json& value);
 
 // A key that presses a button. In the phase that asks for shortcuts it says that the key is wanted.
 bool IsPressKey(const ui::KeyboardEvent& event);

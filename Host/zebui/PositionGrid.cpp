@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 
-#include "zebcore/Trace.h"
 #include "zebui/PositionGridAccess.h"
 #include "zebui/Toolkit.h"
 
@@ -133,9 +132,7 @@ UI_PositionGridControl::~UI_PositionGridControl() {
 }
 
 void UI_PositionGridControl::SetValue(const PointT<int>& cell) {
-  if (zebcore::trace::IsOn())
-    zebcore::trace::Record("UI_PositionGridControl::SetValue",
-                           {{"class", toolkit::TypeName(*this)}, {"cell", {cell.x, cell.y}}});
+  toolkit::TraceValue("UI_PositionGridControl::SetValue", *this, {cell.x, cell.y});
   mGrid->cell = cell;
   if (auto* button = dynamic_cast<GridButton*>(Impl().widget.data()))
     button->SetMarked(mGrid->Index());

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "zebcore/Trace.h"
 #include "zebui/PaintedButton.h"
 #include "zebui/Toolkit.h"
 
@@ -99,9 +98,7 @@ UI_Swatch::~UI_Swatch() {
 }
 
 void UI_Swatch::SetValue(const UnManagedRGBA& color) {
-  if (zebcore::trace::IsOn())
-    zebcore::trace::Record("UI_Swatch::SetValue", {{"class", toolkit::TypeName(*this)},
-                                                   {"color", {color.red, color.green, color.blue, color.alpha}}});
+  toolkit::TraceValue("UI_Swatch::SetValue", *this, {color.red, color.green, color.blue, color.alpha});
   mPatch->color = color;
   mPatch->Show(Impl().widget);
 }
