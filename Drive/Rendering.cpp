@@ -150,6 +150,10 @@ void SetMode(Mode mode) {
   TheState().mode = mode;
 }
 
+zebcore::utility::ImmutableString GetStation() {
+  return TheState().station;
+}
+
 std::vector<Held> GetHeld() {
   std::vector<Held> held;
   for (const auto& [id, request] : TheState().held)

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "zebcore/ImmutableString.h"
 #include "zebmediatypes/TickTime.h"
 
 // How the panel's requests for pictures are answered: by the host's renderer, or as a script says.
@@ -22,6 +23,9 @@ void Uninstall();
 Mode GetMode();
 // Requests that are held stay held.
 void SetMode(Mode mode);
+
+// Of the renderer that the panel made last; null without one.
+zebcore::utility::ImmutableString GetStation();
 
 struct Held {
   std::uint32_t request;

@@ -6,9 +6,12 @@
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
 #include "Drive/CaptionJson.h"
+#include "Drive/CaptionsInspector.h"
 #include "Drive/Driver.h"
+#include "Drive/Rendering.h"
 #include "Drive/TimeDisplayNames.h"
 #include "MF/VideoFrame.h"
+#include "UIF/ColorPickerControl.h"
 #include "UIF/HotTimecodeControl.h"
 #include "UIF/ScrollBar.h"
 
@@ -238,6 +241,16 @@ MessagePtr MakeScrolled(Driver&, const Fields& fields) {
   return message;
 }
 
+MessagePtr MakeColorPicked(Driver&, const Fields& fields) {
+  auto message = std::make_unique<UIF::ColorPickerControlChangedMessage>();
+  const auto part = [&](const char* name) { return static_cast<std::uint8_t>(fields.Integer(name, 0, UINT8_MAX, 0)); };
+  message->red = part("red");
+  message->green = part("green");
+  message->blue = part("blue");
+  message->id = static_cast<std::uint32_t>(fields.Integer("id", 0, UINT32_MAX, 0));
+  return message;
+}
+
 struct MessageClass {
   MessagePtr (*make)(Driver& driver, const Fields& fields);
   // Where the host itself sends it; null where that is an object's own station.
@@ -290,6 +303,11 @@ MessageTable MakeMessageTable() {
   Add<UIF::HotTimecodeValueChangedMessage>(table, &MakeOfTimecode<UIF::HotTimecodeValueChangedMessage>);
   Add<UIF::InlineEditTextActiveMessage>(table, &MakeOfTimecode<UIF::InlineEditTextActiveMessage>);
   Add<UIF::ScrollVerticalMessage>(table, &MakeScrolled);
+  Add<UIF::ColorPickerControlChangedMessage>(table, &MakeColorPicked);
+  Add<UIF::ColorPickerSwatchClickedMessage>(table, &MakeBare<UIF::ColorPickerSwatchClickedMessage>);
+  Add<UIF::ColorPickerSwatchStartEyedropperModeMessage>(table,
+                                                        &MakeBare<UIF::ColorPickerSwatchStartEyedropperModeMessage>);
+  Add<UIF::ColorPickerSwatchEndEyedropperModeMessage>(table, &MakeBare<UIF::ColorPickerSwatchEndEyedropperModeMessage>);
   return table;
 }
 
@@ -318,10 +336,27 @@ ImmutableString FindStation(const std::string& name) {
       {"kBackendPreferencesChangedStationID", BE::kBackendPreferencesChangedStationID},
       {"kBackendProjectActivationStationID", BE::kBackendProjectActivationStationID},
       {"kStation_CaptionSelection", HSL::kStation_CaptionSelection},
+      {"kStation_SourceTimeDisplayChanged", UIF::kStation_SourceTimeDisplayChanged},
   };
   const std::size_t space = name.rfind("::");
   const auto found = constants.find(space == std::string::npos ? name : name.substr(space + 2));
   return found == constants.end() ? ImmutableString(name) : found->second;
+}
+
+// The control of the panel, or its renderer, from which messages of that class come; null for other classes, and while
+// there is none.
+ImmutableString FindSender(Driver& driver, const std::string& name) {
+  const auto isOf = [&](const char* part) { return name.find(part) != std::string::npos; };
+  if (isOf("RenderFrame"))
+    return Rendering::GetStation();
+  for (const auto& control : Captivo::CaptionsInspector(driver.Handler()).GetControls()) {
+    if (UIF::ColorPickerControl* const* picker = std::get_if<UIF::ColorPickerControl*>(&control.pointer);
+        picker && isOf("ColorPicker"))
+      return (*picker)->GetStationID();
+    if (UIF::ScrollBar* const* bar = std::get_if<UIF::ScrollBar*>(&control.pointer); bar && isOf("ScrollVertical"))
+      return (*bar)->GetStationID();
+  }
+  return {};
 }
 
 Json Send(Driver& driver, const Fields& fields) {
@@ -332,9 +367,13 @@ Json Send(Driver& driver, const Fields& fields) {
   const MessagePtr message =
       known ? known->make(driver, values)
             : std::make_unique<UnknownMessage>(zebcore::messaging::HashMessageTypeNameToMessageID(name.c_str()));
-  if (!fields.Has("station") && (!known || known->station.IsNull()))
+  ImmutableString station = known ? known->station : ImmutableString();
+  if (fields.Has("station"))
+    station = FindStation(fields.Text("station"));
+  else if (known && station.IsNull())
+    station = FindSender(driver, name);
+  if (station.IsNull())
     fields.Refuse("station", "missing, and the message has none of its own");
-  const ImmutableString station = fields.Has("station") ? FindStation(fields.Text("station")) : known->station;
   zebcore::messaging::BroadcastMessage(station, *message);
   return {{"known", known != nullptr}, {"listeners", zebcore::messaging::CountListeners(station)}};
 }
