@@ -1,9 +1,11 @@
 #include "App/window/DockFrame.h"
 
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QLabel>
 
 #include "App/window/Labels.h"
+#include "UIF/MenuUtils.h"
 #include "UIF/TabView.h"
 
 namespace App {
@@ -60,6 +62,16 @@ void DockFrame::resizeEvent(QResizeEvent* event) {
   constexpr int kMargin = 40;
   QDockWidget::resizeEvent(event);
   mHint->setGeometry(rect().adjusted(kMargin, height() / 4, -kMargin, -height() / 4));
+}
+
+// On the title, since the panel takes its own clicks: the panel's wing menu.
+void DockFrame::contextMenuEvent(QContextMenuEvent* event) {
+  UIF::TabView* view = UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(mTabID) : nullptr;
+  const QPoint point = mContainer->mapFrom(this, event->pos());
+  if (point.y() < 0 && view && UIF::MenuUtils::TrackWingMenu(*view, {point.x(), point.y()}))
+    event->accept();
+  else
+    QDockWidget::contextMenuEvent(event);
 }
 
 // The panel hides, and the user's edits with it; it is there as it was when the dock is opened again.

@@ -27,6 +27,7 @@ class DockFrame : public QDockWidget, public UIF::WorkspaceFrame {
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   UIF::UString mTabID;

@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QContextMenuEvent>
+#include <QDockWidget>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,6 +12,7 @@
 #include "App/window/Shortcuts.h"
 #include "App/window/ShortcutsWindow.h"
 #include "HSL/HostCommands.h"
+#include "UIF/MenuUtils.h"
 #include "UIF/ShortcutManager.h"
 #include "WindowSupport.h"
 
@@ -131,6 +134,27 @@ TEST_F(Shortcuts, StayAsTheyWereWhenTheWindowIsLeftAndAreThereAgainWhenTheyWereS
   EXPECT_TRUE(manager.GetKeys("cmd.captions.italicize").empty()) << "no keys is a choice as well";
   MakeWindow();
   EXPECT_NE(ActionWith(Qt::Key_F9), nullptr);
+}
+
+TEST_F(Shortcuts, AreShownInTheMenuBehindThePanelsTitle) {
+  std::vector<std::string> keys;
+  UIF::MenuUtils::SetMenuHook([&](const std::string& name, const auto& items) {
+    EXPECT_EQ(name, "Captivo_Wing_Menu");
+    for (const auto& item : items)
+      if (item.command == HSL::kCommand_SelectAllCaptions)
+        keys.push_back(item.keys);
+    return 0;
+  });
+  auto* dock = window->findChild<QDockWidget*>(QString::fromStdU16String(HSL::kCaptionsHandlerID));
+  ASSERT_NE(dock, nullptr);
+  const QRect panel = dock->widget()->geometry();
+  ASSERT_GT(panel.top(), 3);
+  for (const int y : {3, panel.top() + 3}) {
+    QContextMenuEvent click(QContextMenuEvent::Mouse, {20, y}, dock->mapToGlobal(QPoint(20, y)));
+    QApplication::sendEvent(dock, &click);
+  }
+  UIF::MenuUtils::SetMenuHook({});
+  EXPECT_EQ(keys, std::vector<std::string>{"Ctrl+A"}) << "on the title, and not in the panel";
 }
 
 } // namespace AppTest
