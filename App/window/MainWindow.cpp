@@ -38,7 +38,9 @@ namespace {
 
 constexpr int kNoticeMilliseconds = 8000;
 constexpr int kBinWidth = 360;
-constexpr int kTimelineHeight = 210;
+constexpr int kTimelineHeight = 264;
+// Of the docks that there are: a layout of others is not taken up.
+constexpr int kLayoutVersion = 1;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";
@@ -151,7 +153,7 @@ void MainWindow::LeavePanel() {
 // The docks are told of before they exist: the panel's is made when it is first opened.
 void MainWindow::RestoreLayout(bool asLeft) {
   OpenPanel();
-  if (asLeft && restoreGeometry(settings::GetGeometry()) && restoreState(settings::GetLayout()))
+  if (asLeft && restoreGeometry(settings::GetGeometry()) && restoreState(settings::GetLayout(), kLayoutVersion))
     return;
   // Docks take their widths only once the window has its own.
   QTimer::singleShot(0, this, [this] {
@@ -162,12 +164,18 @@ void MainWindow::RestoreLayout(bool asLeft) {
       widths.push_back(std::max(1, width() - kBinWidth));
     }
     resizeDocks(docks, widths, Qt::Horizontal);
-    resizeDocks({mTimeline}, {kTimelineHeight}, Qt::Vertical);
+    QList<QDockWidget*> rows{mTimeline};
+    QList<int> heights{kTimelineHeight};
+    for (const auto& [tabID, frame] : mFrames) {
+      rows.push_back(frame);
+      heights.push_back(std::max(1, height() - kTimelineHeight));
+    }
+    resizeDocks(rows, heights, Qt::Vertical);
   });
 }
 
 void MainWindow::StoreLayout() {
-  settings::SetWindow(saveGeometry(), saveState());
+  settings::SetWindow(saveGeometry(), saveState(kLayoutVersion));
 }
 
 void MainWindow::MakeStatusBar() {

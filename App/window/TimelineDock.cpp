@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
@@ -82,7 +83,7 @@ QWidget* TimelineDock::MakeBar() {
                                }));
   layout->addStretch(1);
   QFont digits = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-  digits.setPixelSize(font().pixelSize());
+  digits.setPixelSize(QFontInfo(font()).pixelSize());
   mTime->setFont(digits);
   mTime->setAccessibleName(Label("$$$/Vidra/Captivo/Timeline/Playhead=Playhead"));
   layout->addWidget(mTime);
@@ -145,7 +146,8 @@ void TimelineDock::Refresh() {
 void TimelineDock::RefreshNow() {
   mRefreshSoon->stop();
   Sequence shown = GetSequence();
-  if (shown && (!mProject || !mProject->FindSequence(shown->GetID()))) {
+  const bool isThere = shown && mProject && mProject->FindSequence(shown->GetID());
+  if (!isThere) {
     const auto left = mProject ? mProject->GetSequences() : std::vector<Sequence>();
     shown = left.empty() ? nullptr : left.front();
     mView->SetSequence(shown);

@@ -33,7 +33,8 @@ TimelineSelection TimelineView::HitTest(const QPoint& point) const {
   if (lane < 0 || point.x() < kHeaderWidth)
     return {};
   const TickTime time = TimeAt(point.x());
-  if (const auto* dissolve = mModel.FindDissolve(lane, time);
+  // One too short to be seen is drawn wider than it is.
+  if (const auto* dissolve = mModel.FindDissolve(lane, TimeAt(point.x() - kNarrowestDissolve));
       dissolve && DissolveRect(LaneRect(lane), *dissolve).contains(point))
     return mModel.SelectDissolve(lane, *dissolve);
   return mModel.SelectAt(lane, time);

@@ -109,15 +109,13 @@ const TimelineModel::Piece* TimelineModel::FindPiece(int lane, TickTime time) co
   return found;
 }
 
-const TimelineModel::Dissolve* TimelineModel::FindDissolve(int lane, TickTime time) const {
+const TimelineModel::Dissolve* TimelineModel::FindDissolve(int lane, TickTime after) const {
   if (!HasLane(lane))
     return nullptr;
   const auto& dissolves = mLanes[static_cast<std::size_t>(lane)].dissolves;
-  const auto next = std::upper_bound(dissolves.begin(), dissolves.end(), time,
-                                     [](TickTime wanted, const Dissolve& each) { return wanted < each.start; });
-  if (next == dissolves.begin() || std::prev(next)->end <= time)
-    return nullptr;
-  return &*std::prev(next);
+  const auto found = std::lower_bound(dissolves.begin(), dissolves.end(), after,
+                                      [](const Dissolve& each, TickTime time) { return each.end <= time; });
+  return found == dissolves.end() ? nullptr : &*found;
 }
 
 const TimelineModel::Piece* TimelineModel::GetPiece(const TimelineSelection& selection) const {

@@ -67,7 +67,8 @@ class TimelineModel {
   std::size_t FindFirst(int lane, TickTime after) const;
   // The topmost at a time; null for none.
   const Piece* FindPiece(int lane, TickTime time) const;
-  const Dissolve* FindDissolve(int lane, TickTime time) const;
+  // The first dissolve that ends after a time; null for none.
+  const Dissolve* FindDissolve(int lane, TickTime after) const;
   const Piece* GetPiece(const TimelineSelection& selection) const;
   const Dissolve* GetDissolve(const TimelineSelection& selection) const;
   // The start or end of an item that is nearest to a time, if it is no farther away than within; else the time.

@@ -84,6 +84,7 @@ class WindowWithPanel : public Window {
   void MakeWindow() {
     window.reset();
     window = std::make_unique<App::MainWindow>([] {});
+    window->resize(1200, 900);
     window->RestoreLayout(false);
     window->ShowProject();
     window->show();
