@@ -9,6 +9,9 @@
 #include <tuple>
 #include <vector>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include "ML/FrameDecoder.h"
 #include "zebcore/Boundary.h"
 
@@ -18,6 +21,8 @@ namespace {
 
 // Thumbnails are about 30 KB: this many are 60 MB at most.
 constexpr std::size_t kFramesKept = 2000;
+// The worker steps back behind whoever types while it decodes.
+constexpr int kWorkerNiceness = 5;
 // Files that stay open at once; each holds a decoder.
 constexpr std::size_t kDecodersKept = 4;
 
@@ -102,6 +107,7 @@ struct FrameService::Impl {
   }
 
   void Run() {
+    setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kWorkerNiceness);
     std::unique_lock lock(mutex);
     for (;;) {
       if (waiting.empty()) {
@@ -150,6 +156,11 @@ void FrameService::Order(const FrameOrder& order, Done done) {
     mImpl->waiting.push_back({order, std::move(done)});
   }
   mImpl->wake.notify_one();
+}
+
+std::size_t FrameService::CountWaiting() const {
+  const std::lock_guard lock(mImpl->mutex);
+  return mImpl->waiting.size();
 }
 
 void FrameService::WaitUntilIdle() {

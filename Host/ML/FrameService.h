@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -32,6 +33,9 @@ class FrameService {
   // Called on the worker when the order was served; the frame is null if nothing could be decoded.
   using Done = std::function<void(const zebcore::classref::InterfaceRef<MF::IVideoFrame>&)>;
   void Order(const FrameOrder& order, Done done);
+
+  // Orders that are not being served yet. Any thread.
+  std::size_t CountWaiting() const;
 
   // Waits until nothing is ordered any more. Not for the UI thread of the program.
   void WaitUntilIdle();
