@@ -48,7 +48,8 @@ struct ScrollBar::Impl {
   ~Impl() {
     if (!widget)
       return;
-    widget->disconnect();
+    // No more than that: assistive technology wants to hear of the widget's end.
+    QObject::disconnect(widget, &QScrollBar::valueChanged, nullptr, nullptr);
     toolkit::Dispose(widget);
   }
 

@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include <QApplication>
 #include <QPushButton>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include "zebui/ControlWidget.h"
 #include "zebui/Controls.h"
@@ -11,18 +15,30 @@ namespace {
 
 constexpr float kPadding = 20.0F;
 constexpr float kHeight = 18.0F;
+constexpr int kMargin = 4;
+constexpr int kSmallestFont = 10; // pixels
 
 class ButtonWidget : public QPushButton {
  public:
   using QPushButton::QPushButton;
 
  protected:
-  void paintEvent(QPaintEvent* event) override {
-    QPushButton::paintEvent(event);
-    if (toolkit::GetFocusWidget() != this)
-      return;
-    QPainter painter(this);
-    PaintFocusRing(painter, rect(), palette());
+  // A text that is too wide for the place that it is given is written smaller, and shortened only then.
+  void paintEvent(QPaintEvent*) override {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QFont fitted = font();
+    const int room = std::max(0, width() - 2 * kMargin);
+    for (int size = QFontInfo(fitted).pixelSize();
+         size > kSmallestFont && QFontMetrics(fitted).horizontalAdvance(option.text) > room; fitted.setPixelSize(size))
+      --size;
+    option.fontMetrics = QFontMetrics(fitted);
+    option.text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, room);
+    QStylePainter painter(this);
+    painter.setFont(fitted);
+    painter.drawControl(QStyle::CE_PushButton, option);
+    if (toolkit::GetFocusWidget() == this)
+      PaintFocusRing(painter, rect(), palette());
   }
   void keyPressEvent(QKeyEvent* event) override {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
@@ -58,8 +74,9 @@ UI_TextButton::UI_TextButton() {
 }
 
 UI_TextButton::~UI_TextButton() {
-  if (Impl().widget)
-    Impl().widget->disconnect();
+  // No more than that: assistive technology wants to hear of the widget's end.
+  if (auto* button = qobject_cast<QPushButton*>(Impl().widget.data()))
+    QObject::disconnect(button, &QPushButton::clicked, nullptr, nullptr);
   Impl().makeWidget = nullptr;
 }
 
