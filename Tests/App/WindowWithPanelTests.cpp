@@ -47,9 +47,11 @@ class PanelInWindow : public WindowWithPanel {
   }
 
   std::vector<QTextEdit*> TextFields() {
+    // Those of the rows: what is typed into in the bar is one line high.
+    constexpr int kOneLine = 40;
     std::vector<QTextEdit*> fields;
     for (QTextEdit* field : window->findChildren<QTextEdit*>())
-      if (field->isVisible())
+      if (field->isVisible() && field->height() > kOneLine)
         fields.push_back(field);
     std::sort(fields.begin(), fields.end(), [this](const QTextEdit* a, const QTextEdit* b) {
       return a->mapTo(window.get(), QPoint()).y() < b->mapTo(window.get(), QPoint()).y();
