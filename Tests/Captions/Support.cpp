@@ -212,6 +212,11 @@ std::vector<double> PanelTest::SelectedBegins() {
   return begins;
 }
 
+std::vector<StreamFormat> PanelTest::OfferedFormats() {
+  const std::set<StreamFormat>& formats = Inspector::Source(Pane()).GetAvailableFormats();
+  return {formats.begin(), formats.end()};
+}
+
 void PanelTest::Click(double begin, std::uint8_t modifiers) {
   const auto begins = Begins();
   for (std::size_t i = 0; i < begins.size(); ++i) {

@@ -42,6 +42,9 @@ class CaptionsInspector {
   static bool IsOnDuty(CaptionsView& view) { return view.onDuty; }
   static bool IsCreated(CaptionsView& view) { return view.created; }
   static void LayoutContent(CaptionsView& view, const RectT<int>& rect) { view.LayoutContent(rect); }
+  static void ReportFilterChange(CaptionsView& view) { view.OnFilterChanged(); }
+
+  static void ReportClosedGrid(CaptionsView& view) { view.OnClosedGridChanged(zebui::ui::UI_ControlChangedMessage()); }
 
   // The controls of the format bar by their fields.
 #define CAPTIVO_VIEW_FIELD(Name, field)                                                                                \
@@ -283,6 +286,8 @@ class PanelTest : public testing::Test {
   CaptionsTextEdit& Text(double begin) { return *Row(begin)->GetTextEdit(); }
   std::vector<double> Begins();
   std::vector<double> SelectedBegins();
+  // What the source on show offers, in the order of the popup.
+  std::vector<StreamFormat> OfferedFormats();
 
   void Click(double begin, std::uint8_t modifiers = 0);
   bool PressKey(short keyCode, std::uint8_t modifiers = 0);
