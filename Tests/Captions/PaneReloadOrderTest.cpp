@@ -631,11 +631,11 @@ TEST_F(PaneReloadOrder, AStreamOnShowThatChangesKeepsItsPlaceIfTheFormatsOfItsCl
   ASSERT_EQ(Begins(), (Times{5}));
   // Nobody here listens to that stream.
   project->ChangeStreamFormat(third, kCC1 + 3, u"Change format");
-  ASSERT_EQ(Pane().FindAvailableFormat(kCC1 + 3), -1);
+  ASSERT_EQ(OfferedFormats(), (std::vector<StreamFormat>{kCC1, kCC1 + 1, kCC1 + 2}));
   project->ShiftCaptions(shown, kTime_Min, kTime_Max, Seconds(1), u"Shift");
   EXPECT_EQ(Inspector::Source(Pane()).GetStreamFormat(), kCC1 + 1);
   EXPECT_EQ(Begins(), (Times{6}));
-  EXPECT_EQ(Pane().FindAvailableFormat(kCC1 + 3), 2);
+  EXPECT_EQ(OfferedFormats(), (std::vector<StreamFormat>{kCC1, kCC1 + 1, kCC1 + 3}));
 }
 
 TEST_F(PaneReloadOrder, AChangedStreamIsRefreshedInTheStatedOrder) {

@@ -88,8 +88,6 @@ class CaptionsPane : public UIF::SubView, public zebcore::messaging::Listener {
   void ConsiderMasterClip(const InterfaceRef<BE::IMasterClip>& clip);
   // By position in the formats that the source offers.
   void SelectStreamFormat(int index);
-  // -1 for a format that it does not offer.
-  int FindAvailableFormat(StreamFormat format) const;
   void SetFilterText(const UString& text);
   void UpdateStreamSettings();
   // The display of the video, chosen by the user for the source or for the sequence.

@@ -1,4 +1,3 @@
-#include <iterator>
 #include <set>
 #include <typeinfo>
 
@@ -149,12 +148,6 @@ void CaptionsPane::SelectStreamFormat(int index) {
   updater->UpdateCaptioningStream(stream);
   UpdateStreamSettings();
   ReloadCaptions();
-}
-
-int CaptionsPane::FindAvailableFormat(StreamFormat format) const {
-  const auto& formats = source.GetAvailableFormats();
-  const auto found = formats.find(format);
-  return found == formats.end() ? -1 : static_cast<int>(std::distance(formats.begin(), found));
 }
 
 void CaptionsPane::SetFilterText(const UString& text) {
