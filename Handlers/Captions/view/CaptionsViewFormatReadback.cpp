@@ -25,19 +25,21 @@ void ShowNumber(UI_HotTextNumber& control, double value, bool isUniform) {
 }
 
 // Item 0 stands for no name. A name that the popup lacks leaves it as it was.
-void ShowName(UI_Popup& popup, const UString& name, bool isUniform) {
+void ShowName(UI_Popup* popup, const UString& name, bool isUniform) {
+  if (!popup)
+    return;
   if (!isUniform) {
-    popup.SetValueString(Localize(kText_PopupMultiple), true, true);
+    popup->SetValueString(Localize(kText_PopupMultiple), true, true);
     return;
   }
   if (name.empty()) {
-    popup.SetValue(0);
+    popup->SetValue(0);
     return;
   }
-  const std::int64_t size = popup.Size();
+  const std::int64_t size = popup->Size();
   for (std::int64_t i = 1; i < size; ++i) {
-    if (popup.GetItemString(i) == name) {
-      popup.SetValue(i);
+    if (popup->GetItemString(i) == name) {
+      popup->SetValue(i);
       return;
     }
   }
@@ -105,6 +107,8 @@ void CaptionsView::UpdateAlignmentButtons() {
 
 // The third item is there only while the selection is mixed.
 void CaptionsView::UpdateDoubleHeightPopup() {
+  if (!doubleHeightPopup)
+    return;
   bool isUniform = false;
   const float size = formatInfo->GetFontSize(isUniform);
   if (!isUniform) {
@@ -120,6 +124,8 @@ void CaptionsView::UpdateDoubleHeightPopup() {
 
 // By the beginning of the name: a family whose name begins another's finds whichever comes first.
 void CaptionsView::UpdateFontFamilyPopup() {
+  if (!fontFamilyPopup)
+    return;
   UString family;
   bool isUniform = false;
   formatInfo->GetFontFamily(family, isUniform);
@@ -146,9 +152,9 @@ void CaptionsView::UpdateFontFamilyPopup() {
 void CaptionsView::UpdateRegionAndStylePopups() {
   bool isUniform = false;
   const UString region = formatInfo->GetRegionName(isUniform);
-  ShowName(*regionPopup, region, isUniform);
+  ShowName(regionPopup.get(), region, isUniform);
   const UString style = formatInfo->GetStyleName(isUniform);
-  ShowName(*stylePopup, style, isUniform);
+  ShowName(stylePopup.get(), style, isUniform);
 }
 
 } // namespace Captivo
