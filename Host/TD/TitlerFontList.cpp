@@ -158,6 +158,14 @@ std::optional<FontList>& Set() {
   return fonts;
 }
 
+// A panel goes on with the faces of the family that it shows.
+void KeepWhatWasListed() {
+  static std::vector<FontList> kept;
+  if (Set())
+    kept.push_back(std::move(*Set()));
+  Set().reset();
+}
+
 } // namespace
 
 const TitlerFontList& GetTitlerFontList() {
@@ -168,7 +176,7 @@ const TitlerFontList& GetTitlerFontList() {
 }
 
 void SetTitlerFontList(std::vector<FontFamilyDescription> families) {
-  Set().reset();
+  KeepWhatWasListed();
   if (families.empty())
     return;
   Set().emplace();

@@ -33,8 +33,8 @@ struct TitlerFontFamily {
 // In the order in which people of the machine's language sort names. The keys are for that order only.
 using TitlerFontList = std::map<UString, TitlerFontFamily>;
 
-// The scalable families of this machine, found once; valid until SetTitlerFontList. Families whose names start with a
-// dot are the system's own and left out.
+// The scalable families of this machine, found once. The list is valid until SetTitlerFontList, faces and their records
+// for good. Families whose names start with a dot are the system's own and left out.
 const TitlerFontList& GetTitlerFontList();
 
 struct FontFamilyDescription {

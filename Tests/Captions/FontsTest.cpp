@@ -118,6 +118,15 @@ TEST_F(Fonts, AFamilyThatTheListLacksLeavesWeightsAndButtonsAsTheyWere) {
   EXPECT_TRUE(boxes.empty());
 }
 
+TEST_F(Fonts, AListThatTakesThePlaceOfTheOneOnShowLeavesTheFamilyAsItIs) {
+  ShowCaptions({In(u"Wide")});
+  TD::SetTitlerFontList({Family(u"Plain", {u"Regular", u"Italic"})});
+  ToggleBold();
+  ExpectWeight(u"Bold Extended");
+  Choose(Families(), u"Plain");
+  EXPECT_EQ(Items(Weights()), (Names{"Regular", "Italic"}));
+}
+
 TEST_F(Fonts, OneFaceThatCannotBeSwitchedTakesTheButtonFromTheWholeFamily) {
   ShowCaptions({In(u"Plain")});
   EXPECT_TRUE(Inspector::BoldAllowed(View()));

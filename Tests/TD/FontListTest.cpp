@@ -178,6 +178,17 @@ TEST_F(FontList, KeepsTheFacesThatItIsGivenInTheirOrder) {
   EXPECT_FALSE(faces[0]->boldSelectable);
 }
 
+TEST_F(FontList, LeavesItsFacesToWhoeverTookThemWhenAnotherTakesItsPlace) {
+  SetTitlerFontList({Family(u"A family with a name of some length")});
+  const std::vector<const CaptionFontRecord*>& faces = *GetTitlerFontList().begin()->second.faces;
+  const CaptionFontRecord record = *faces.front();
+  SetTitlerFontList({Family(u"Another family with a name of some length")});
+  SetTitlerFontList({});
+  ASSERT_FALSE(faces.empty());
+  EXPECT_EQ(faces.front()->styleName, record.styleName);
+  EXPECT_EQ(faces.front()->fullName, record.fullName);
+}
+
 TEST_F(FontList, IsTheMachinesAgainAfterAnEmptyOne) {
   const Names machine = Families();
   SetTitlerFontList({Family(u"Only")});
