@@ -203,4 +203,73 @@ TEST_F(BarLayout, TheSettingsButtonsStandAtTheLeftOfTheBottomRow) {
   EXPECT_EQ(Inspector::ExportSettingsButton(View())->UI_GetLocalRectF(), (RectT<float>{120, 670, 88, 18}));
 }
 
+TEST_F(BarLayout, ALongerTextPushesWhatFollowsInItsRow) {
+  ShowStream(kOpenTrack1);
+  const float english = Inspector::FontSizeControl(View())->UI_GetLocalRectF().x;
+  Inspector::FontSizeLabel(View())->SetValue(u"Schriftgröße:");
+  View().SetBounds({0, 0, 1001, 700});
+  const float start = Inspector::FontSizeLabel(View())->UI_GetLocalRectF().x;
+  EXPECT_FLOAT_EQ(Inspector::FontSizeControl(View())->UI_GetLocalRectF().x, start + WIDTH(FontSizeLabel) + 4);
+  EXPECT_GT(Inspector::FontSizeControl(View())->UI_GetLocalRectF().x, english);
+}
+
+// --- As the view is created, before the host lays it out
+
+TEST_F(BarLayout, TheFirstControlsShareTheirPlacesUntilTheFirstLayoutPartsThem) {
+  OpenPanelWithoutLayout(1000, 700);
+  const auto left = [](const UI_Node& node) { return node.UI_GetLocalRectF().x; };
+  const auto places = [&] {
+    return std::vector<float>{left(*Inspector::StreamLabel(View())), left(*Inspector::GridLabel(View())),
+                              left(*Inspector::FontLabel(View())), left(*Inspector::FontWeightPopup(View()))};
+  };
+  EXPECT_EQ(places(), std::vector<float>(4, 171.0F));
+  EXPECT_EQ(left(*Inspector::StreamPopup(View())), left(*Inspector::FontFamilyPopup(View())));
+  View().SetBounds({0, 0, 1000, 700});
+  EXPECT_FLOAT_EQ(left(*Inspector::StreamLabel(View())), 174.0F);
+  EXPECT_GT(left(*Inspector::GridLabel(View())), left(*Inspector::StreamPopup(View())) + 149);
+  EXPECT_FLOAT_EQ(left(*Inspector::FontLabel(View())), 171.0F) << "open captions are not on show";
+}
+
+TEST_F(BarLayout, AtCreationTheScrollBarBeginsAboveThePaneAndScrollsTwiceItsHeight) {
+  OpenPanelWithoutLayout(600, 500);
+  const int bar = UIF::ScrollBar::GetDefaultSize();
+  EXPECT_EQ(Pane().GetBounds(), (RectT<int>{0, 59, 600 - bar, 401}));
+  EXPECT_EQ(Inspector::Bar(View()).GetBounds(), (RectT<int>{600 - bar, 55, bar, 405}));
+  int min = -1;
+  int max = 0;
+  int page = 0;
+  int step = 0;
+  Inspector::Bar(View()).GetScrollParameters(min, max, page, step);
+  EXPECT_EQ((std::vector<int>{min, max, page, step}), (std::vector<int>{0, 810, 405, 73}));
+  EXPECT_EQ(Inspector::Bar(View()).GetScrollBarPosition(), 0);
+  EXPECT_TRUE(Inspector::Bar(View()).IsShown());
+}
+
+TEST_F(BarLayout, AtCreationTheAddButtonIsNotKeptApartFromTheSettings) {
+  OpenPanelWithoutLayout(409, 500);
+  EXPECT_FLOAT_EQ(Inspector::AddCaptionButton(View())->UI_GetLocalRectF().x, 217.0F);
+  EXPECT_FLOAT_EQ(Inspector::DeleteCaptionButton(View())->UI_GetLocalRectF().x, 313.0F);
+  View().SetBounds({0, 0, 409, 500});
+  EXPECT_FLOAT_EQ(Inspector::AddCaptionButton(View())->UI_GetLocalRectF().x, 220.0F);
+}
+
+TEST_F(BarLayout, APanelThatIsCreatedTooLowHidesThePaneAndTheButtonsOfItsCaptions) {
+  constexpr int kNoRoom = 52 + 7 + 40;
+  OpenPanelWithoutLayout(600, kNoRoom);
+  EXPECT_FALSE(Pane().IsShown());
+  EXPECT_FALSE(Inspector::AddCaptionButton(View())->UI_IsShown());
+  EXPECT_FALSE(Inspector::DeleteCaptionButton(View())->UI_IsShown());
+  EXPECT_TRUE(Inspector::ImportSettingsButton(View())->UI_IsShown());
+  EXPECT_TRUE(Inspector::ExportSettingsButton(View())->UI_IsShown());
+  EXPECT_EQ(Inspector::Bar(View()).GetBounds().height, 4);
+  EXPECT_TRUE(Inspector::Bar(View()).IsShown());
+}
+
+TEST_F(BarLayout, ALineOfRoomIsEnoughForThePaneToBeCreatedOnShow) {
+  OpenPanelWithoutLayout(600, 52 + 7 + 40 + 1);
+  EXPECT_TRUE(Pane().IsShown());
+  EXPECT_EQ(Pane().GetBounds().height, 1);
+  EXPECT_TRUE(Inspector::AddCaptionButton(View())->UI_IsShown());
+}
+
 } // namespace Captivo::Testing

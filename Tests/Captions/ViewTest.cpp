@@ -73,6 +73,11 @@ TEST_F(Panel, APanelThatIsTooLowLeavesPaneAndButtonsWhereTheyWere) {
   Inspector::Bar(View()).GetScrollParameters(min, max, page, step);
   EXPECT_EQ(page, 0);
   EXPECT_EQ(step, 73);
+  Inspector::LayoutContent(View(), {0, 0, 600, 80});
+  EXPECT_EQ(Pane().GetBounds(), pane);
+  EXPECT_EQ(Inspector::Bar(View()).GetBounds().height, 80 - 52 - 47);
+  Inspector::LayoutContent(View(), {0, 0, 600, 52 + 48});
+  EXPECT_EQ(Pane().GetBounds().height, 1);
 }
 
 TEST_F(Panel, AStackedViewHasNoScrollBarAndNoRowToSpare) {
@@ -124,6 +129,39 @@ TEST_F(Panel, APanInsideOneStepLeavesThePaneAlone) {
   EXPECT_EQ(Inspector::ScrollOffset(Pane()), 75U);
 }
 
+TEST_F(Panel, PanningEndsAtTheLengthOfTheContent) {
+  OpenPanelOn(MakeCaptions(Many(20)), 600, 399);
+  View().DispatchMousePan({10, 100}, {0, 5000});
+  // 21 rows of 75 for the pan; the bar itself keeps a page of 300 on show.
+  EXPECT_EQ(Inspector::Bar(View()).GetScrollBarPosition(), 21 * 75 - 300);
+  EXPECT_GE(Position(), 21 * 75 - 300);
+  EXPECT_LE(Position(), 21 * 75);
+}
+
+TEST_F(Panel, TheBarMovesThePaneAndSaysNothingNewTwice) {
+  OpenPanelOn(MakeCaptions(Many(20)), 600, 399);
+  Inspector::Bar(View()).SetScrollBarPosition(200, true);
+  EXPECT_EQ(Position(), 200);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 150U);
+  zebcore::trace::Take();
+  UIF::ScrollVerticalMessage again;
+  again.position = 200;
+  View().HandleMessage(again);
+  EXPECT_TRUE(zebcore::trace::Take().empty());
+}
+
+TEST_F(Panel, AChangedNumberOfRowsOnlyMovesThePaneWhenItIsAskedTo) {
+  OpenPanelOn(MakeCaptions(Many(20)), 600, 399);
+  View().DispatchMouseWheel({10, 100}, UIF::KeyModifiers(), -3);
+  View().UpdateScrollRange(false);
+  EXPECT_EQ(Position(), 219);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 150U);
+  View().UpdateScrollRange(true);
+  EXPECT_EQ(Position(), 0);
+  EXPECT_EQ(Inspector::ScrollOffset(Pane()), 0U);
+  EXPECT_EQ(Inspector::Bar(View()).GetScrollBarPosition(), 0);
+}
+
 TEST_F(Panel, ASelectedRowUnderTheViewComesIntoIt) {
   OpenPanelOn(MakeCaptions(Many(20)), 600, 399);
   Pane().SelectCaptionAtTime(Seconds(21)); // row 10, pane of 300 pixels
@@ -148,6 +186,11 @@ TEST_F(Panel, WithNothingSelectedTheButtonsAreStillBroughtUpToDate) {
   OpenPanelOn(MakeCaptions({1}));
   EXPECT_FALSE(Inspector::DeleteButton(View())->IsDisabled());
   Pane().DispatchLeftButtonUp({10, 400}, UIF::KeyModifiers());
+  EXPECT_TRUE(Inspector::DeleteButton(View())->IsDisabled());
+  Inspector::DeleteButton(View())->SetDisabled(false);
+  TakeCalls("");
+  View().ScrollSelectionIntoView();
+  EXPECT_EQ(TakeCalls("View::Invalidate"), std::vector<std::string>{"View::Invalidate"});
   EXPECT_TRUE(Inspector::DeleteButton(View())->IsDisabled());
 }
 
