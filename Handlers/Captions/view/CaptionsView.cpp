@@ -24,8 +24,9 @@ CaptionsView::CaptionsView(const std::string& shortcutContextName)
     : TabView(UIF::Application::Instance().GetCommander()), contextName(shortcutContextName), scrollBar(this),
       formatBarHeight(kFormatBarHeight_Closed), alignLeftButton(this), alignCenterButton(this), alignRightButton(this),
       boldButton(this), italicButton(this), underlineButton(this), musicNoteButton(this), textColorButton(this),
-      backgroundColorButton(this), edgeColorButton(this), colorPicker(this),
-      formatInfo(new zebcaptioning::CaptionFormatInfo) {}
+      backgroundColorButton(this), edgeColorButton(this), colorPicker(this) {
+  formatInfo.reset(new CaptionFormatInfo);
+}
 
 CaptionsView::~CaptionsView() {
   delete pane;
