@@ -57,7 +57,7 @@ class Colors : public FormatStage {
   ~Colors() override {
     DLG::ColorPickerDialog::SetHook(nullptr);
     zebui::ui::SetPopupMenuHook(nullptr);
-    for (const StreamFormat format : {k608, k708})
+    for (const StreamFormat format : {zebcaptioning::kStreamFormat_None, k608})
       zebcaptioning::OverrideFacts(format, std::nullopt);
   }
 
@@ -107,6 +107,16 @@ class Colors : public FormatStage {
     const UIF::Color color = Window();
     return {static_cast<float>(color.red) / 255.0F, static_cast<float>(color.green) / 255.0F,
             static_cast<float>(color.blue) / 255.0F, 1.0F};
+  }
+
+  void SelectNothing() { Pane().DispatchLeftButtonUp({10, 600}, UIF::KeyModifiers()); }
+  // Of the background.
+  static CaptioningColor ColorOf(const zebcaptioning::CaptionFormatInfo& info) {
+    CaptioningColor color;
+    bool isUniform = false;
+    info.GetColor(CaptioningColor::kColorType_Background, color, isUniform);
+    EXPECT_TRUE(isUniform);
+    return color;
   }
 
   std::vector<std::vector<Item>> menus;
@@ -220,6 +230,9 @@ TEST_F(Colors, AFormatWithoutColoursShowsNoMenu) {
 }
 
 TEST_F(Colors, WithoutAStreamThereIsNoMenu) {
+  zebcaptioning::FactsOverride facts;
+  facts.colors[0] = {{kBlue, u"Blue"}};
+  zebcaptioning::OverrideFacts(zebcaptioning::kStreamFormat_None, facts);
   ShowClosed({TextIn(kBlue)});
   SelectClip(nullptr);
   ASSERT_EQ(Inspector::StreamFormatOnShow(View()), zebcaptioning::kStreamFormat_None);
@@ -258,6 +271,32 @@ TEST_F(Colors, AnInvisibleChoiceIsAllZeroAndShowsTheWindow) {
   ChooseInMenu(ID(u"Transparent"));
   EXPECT_EQ(LookOf(1).backgroundColor, kNone);
   EXPECT_EQ(Swatch(), WindowRGBA());
+}
+
+TEST_F(Colors, AnInvisibleChoiceIsAllZeroBeforeItGoesToTheStream) {
+  ShowClosed({BackgroundIn(kBlue)});
+  Edit(kCommand_Background);
+  const int transparent = ID(u"Transparent");
+  SelectNothing();
+  Inspector::ColorSwatch(View())->SetDisabled(false);
+  const auto info = Inspector::FormatInfo(View());
+  info->SetColor(CaptioningColor::kColorType_Background, kBlue, true);
+  ChooseInMenu(transparent);
+  ASSERT_EQ(Inspector::FormatInfo(View()), info) << "nothing is published";
+  EXPECT_EQ(ColorOf(*info), kNone);
+}
+
+TEST_F(Colors, WithNothingSelectedAColourStaysInTheFormatOnShow) {
+  ShowOpen({BackgroundIn(kBlue)});
+  Edit(kCommand_Background);
+  SelectNothing();
+  const auto info = Inspector::FormatInfo(View());
+  Pick({255, 0, 0});
+  EXPECT_EQ(ColorOf(*info), kRed);
+  Opacity().SetDisabled(false);
+  Opacity().Enter(50.0);
+  EXPECT_EQ(ColorOf(*info), WithAlpha(kRed, 0.5F));
+  EXPECT_EQ(TakeApplied(), Parameters{});
 }
 
 TEST_F(Colors, EveryClosedFormatOffersWhatItAllows) {
@@ -376,6 +415,8 @@ TEST_F(Colors, TheEdgeUnderTheEyedropperStaysToo) {
   Click(3);
   EXPECT_EQ(Picker().GetColor(), (UIF::Color{0, 0, 255}));
   EXPECT_EQ(Inspector::LastEdgeColor(View()), kRed) << "remembered all the same";
+  SelectAll();
+  EXPECT_EQ(Picker().GetColor(), Window());
 }
 
 // --- Opacity
