@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "BE/CaptionsSettings.h"
 #include "BE/Project.h"
 #include "Formats/Formats.h"
 #include "zebcore/Messaging.h"
@@ -28,10 +29,18 @@ struct ImportReport {
   std::vector<Formats::Problem> problems;
 };
 
+struct ExportReport {
+  std::filesystem::path path;
+  InterfaceRef<BE::CaptioningStream> stream;
+  std::vector<Formats::Problem> problems; // what could not be written
+};
+
 struct MediaReport {
   InterfaceRef<BE::MasterClip> clip;
   std::vector<Formats::Problem> problems; // what of its subtitle tracks did not come in
 };
+
+struct ExportTarget;
 
 class Session {
  public:
@@ -44,6 +53,9 @@ class Session {
   void NewProjectInMemory();
   std::optional<Problem> OpenProject(const std::filesystem::path& path, bool readOnly = false);
   std::optional<Problem> SaveProjectAs(const std::filesystem::path& path);
+  // Locks the project against changes, or opens it for them again. A file that may not be written stays locked, and the
+  // problem says so. Unlocking may replace the project by one that was read anew.
+  std::optional<Problem> SetReadOnly(bool readOnly);
   void CloseProject();
 
   // A media file as a clip of the bin, its text subtitle tracks as streams.
@@ -52,13 +64,20 @@ class Session {
   Result<MediaReport> ImportMediaReport(const std::filesystem::path& path, const Progress& progress = {});
 
   // A caption file as a new stream of a clip: the format asked for or, if the clip holds that already, the next free
-  // number of its family. One undoable step.
+  // number of its family. One undoable step. The project's import settings say what becomes of its captions.
   Result<ImportReport> ImportCaptions(const InterfaceRef<BE::MasterClip>& clip, const std::filesystem::path& path,
                                       zebcaptioning::StreamFormat format, const Progress& progress = {});
   // Whole or not at all: a file that stood there stays when writing fails. The problems are what could not be written.
+  // Times, encoding and language are those of the project's export settings.
   Result<std::vector<Formats::Problem>> ExportCaptions(const InterfaceRef<BE::CaptioningStream>& stream,
                                                        const std::filesystem::path& path, Formats::FileKind kind,
                                                        const Progress& progress = {});
+  // The streams of a clip that the export settings mean, a file for each; shown is the one that the panel shows. Nothing
+  // is written before all of them are ready.
+  Result<std::vector<ExportReport>> ExportBySettings(const InterfaceRef<BE::MasterClip>& clip,
+                                                     const InterfaceRef<BE::CaptioningStream>& shown,
+                                                     const std::filesystem::path& path, Formats::FileKind kind,
+                                                     const Progress& progress = {});
 
   Result<InterfaceRef<BE::CaptioningStream>> NewStream(const InterfaceRef<BE::MasterClip>& clip,
                                                        zebcaptioning::StreamFormat format);
@@ -121,10 +140,13 @@ class Session {
   std::optional<Problem> Replace(Result<InterfaceRef<BE::Project>> next);
   // What is open in the panel and anywhere else becomes a step of the history.
   void Commit();
+  Result<std::vector<ExportReport>> WriteTargets(const std::vector<ExportTarget>& targets, Formats::FileKind kind,
+                                                 const BE::CaptionsExportSettings& settings, const Progress& progress);
   void Say(const zebcore::utility::ImmutableString& station, const zebcore::messaging::Message& message);
   template <class M> void SayItem(const InterfaceRef<BE::TrackItem>& item);
 
   InterfaceRef<BE::Project> mProject;
+  bool mIsCopy = false; // opened for reading only: what is in hand is a copy, which never reaches the file
   InterfaceRef<BE::MasterClip> mSelectedClip;
   zebcore::utility::ImmutableString mSelectionStation;
   std::shared_ptr<const zebcore::messaging::Message> mSelection; // null before anything was selected

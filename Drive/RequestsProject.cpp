@@ -1,9 +1,11 @@
 // The document: opening and closing, clips, streams, sequences and caption files.
 
+#include "BE/CaptionsSettings.h"
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
 #include "Drive/CaptionJson.h"
 #include "Drive/Driver.h"
+#include "Formats/Delivery.h"
 #include "MF/MediaFile.h"
 #include "MZ/Actions.h"
 
@@ -201,8 +203,11 @@ Json ImportCaptions(Driver& driver, const Fields& fields) {
           {"problems", TellProblems(report.problems)}};
 }
 
-Formats::FileKind ReadKind(const Fields& fields, const std::filesystem::path& path) {
+// A name without an ending leaves it to the export settings.
+Formats::FileKind ReadKind(const Driver& driver, const Fields& fields, const std::filesystem::path& path) {
   std::string kind = fields.Text("kind", path.extension().string());
+  if (kind.empty())
+    return Formats::GetFileKind(BE::GetCaptionsExportSettings(*driver.Project()).format);
   std::transform(kind.begin(), kind.end(), kind.begin(), [](unsigned char c) { return std::tolower(c); });
   if (kind == ".vtt" || kind == "vtt" || kind == "webvtt")
     return Formats::FileKind::WebVTT;
@@ -211,11 +216,62 @@ Formats::FileKind ReadKind(const Fields& fields, const std::filesystem::path& pa
   fields.Refuse(fields.Has("kind") ? "kind" : "path", "captions are written as .srt or .vtt");
 }
 
+Json ExportClip(Driver& driver, const Fields& fields) {
+  const std::filesystem::path path = fields.Text("path");
+  const auto shown = fields.Has("stream") ? driver.Stream(fields) : nullptr;
+  const auto reports =
+      Expect(driver.Session().ExportBySettings(driver.Clip(fields), shown, path, ReadKind(driver, fields, path)));
+  Json files = Json::array();
+  for (const auto& report : reports)
+    files.push_back({{"stream", report.stream->GetID()},
+                     {"path", report.path.string()},
+                     {"problems", TellProblems(report.problems)}});
+  return {{"files", std::move(files)}};
+}
+
 Json ExportCaptions(Driver& driver, const Fields& fields) {
+  if (fields.Has("clip"))
+    return ExportClip(driver, fields);
   const auto stream = driver.Stream(fields);
   const std::filesystem::path path = fields.Text("path");
-  const auto problems = Expect(driver.Session().ExportCaptions(stream, path, ReadKind(fields, path)));
+  const auto problems = Expect(driver.Session().ExportCaptions(stream, path, ReadKind(driver, fields, path)));
   return {{"stream", stream->GetID()}, {"problems", TellProblems(problems)}};
+}
+
+// Puts fields of a settings document over what the project holds. One that it cannot keep as it is given is refused,
+// and nothing changes.
+template <class Normalize>
+void ChangeSettings(BE::Project& project, const char* key, const Fields& changes, Normalize normalize) {
+  const std::string before = project.GetSetting(key, "{}");
+  normalize();
+  Json document = Json::parse(project.GetSetting(key, "{}"));
+  document.update(changes.GetJson());
+  project.SetSetting(key, document.dump());
+  normalize();
+  const Json kept = Json::parse(project.GetSetting(key, "{}"));
+  for (const auto& [name, value] : changes.GetJson().items()) {
+    const auto found = kept.find(name);
+    // Parts of colours lose digits.
+    const bool isKept = found != kept.end() ? value.is_array() || *found == value
+                                            : value.is_null() && (name.ends_with("_color") || name == "start_timecode");
+    if (isKept)
+      continue;
+    project.SetSetting(key, before);
+    changes.Refuse(name.c_str(), "is no such setting, or has a value that it cannot have");
+  }
+}
+
+Json SettingsOfCaptions(Driver& driver, const Fields& fields) {
+  const auto ref = driver.Project();
+  BE::Project& project = *ref;
+  const auto normalizeImport = [&] { SetCaptionsImportSettings(project, GetCaptionsImportSettings(project)); };
+  const auto normalizeExport = [&] { SetCaptionsExportSettings(project, GetCaptionsExportSettings(project)); };
+  if (fields.Has("import"))
+    ChangeSettings(project, BE::kSetting_CaptionsImport, fields.Object("import"), normalizeImport);
+  if (fields.Has("export"))
+    ChangeSettings(project, BE::kSetting_CaptionsExport, fields.Object("export"), normalizeExport);
+  return {{"import", Json::parse(project.GetSetting(BE::kSetting_CaptionsImport, "{}"))},
+          {"export", Json::parse(project.GetSetting(BE::kSetting_CaptionsExport, "{}"))}};
 }
 
 Json AddSequence(Driver& driver, const Fields& fields) {
@@ -281,6 +337,7 @@ void AddProjectRequests(RequestTable& table) {
   table["remove_stream"] = {&RemoveStream};
   table["import"] = {&ImportCaptions};
   table["export"] = {&ExportCaptions};
+  table["caption_settings"] = {&SettingsOfCaptions};
   table["add_sequence"] = {&AddSequence};
   table["undo"] = {&Undo};
   table["redo"] = {&Redo};

@@ -155,6 +155,14 @@ Placement PlaceText(StreamFormat format, std::u16string_view text, int anchor, i
   return placement;
 }
 
+UString OpenText(std::string_view bytes, std::string (*sayNoText)(), ReadResult& result) {
+  if (bytes.empty())
+    result.error = Say("$$$/Vidra/Formats/EmptyFile=The file is empty.");
+  else if (IsBinary(bytes))
+    result.error = sayNoText();
+  return result.error.empty() ? DecodeText(bytes, result.encoding) : UString();
+}
+
 void SortByBegin(std::vector<CaptionStatePtr>& captions) {
   std::stable_sort(captions.begin(), captions.end(),
                    [](const CaptionStatePtr& a, const CaptionStatePtr& b) { return a->begin < b->begin; });

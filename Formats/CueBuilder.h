@@ -57,7 +57,8 @@ struct Placement {
   friend bool operator==(const Placement&, const Placement&) = default;
 };
 // Position of a block with this text: in the grid of a closed format at the anchor or, without one (9), at the bottom
-// and by its alignment; (0, 0) in open captions, which are laid out by their anchor alone.
+// and by its alignment; (0, 0) in open captions, where no file names a pixel. There an anchor of 0 to 8 lays the block
+// out, one that was put somewhere has anchor -1 and its place in x and y, and 9 at (0, 0) was never placed.
 Placement PlaceText(StreamFormat format, std::u16string_view text, int anchor, int alignment);
 // Alignment that goes with an anchor's column; centre for none.
 int GetAnchorAlignment(int anchor);
@@ -115,6 +116,10 @@ class CueBuilder {
 
 // "The caption came in without: ..."; empty if nothing was lost.
 std::string DescribeLosses(const std::vector<std::string>& losses);
+
+// The text of a caption file. Without bytes, or without text, the result's error says so; the latter in the words of
+// the kind of file.
+UString OpenText(std::string_view bytes, std::string (*sayNoText)(), ReadResult& result);
 
 // By begin time, otherwise as they came.
 void SortByBegin(std::vector<CaptionStatePtr>& captions);

@@ -1,9 +1,11 @@
 #include "Formats/CueTimes.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "Formats/CueBuilder.h"
 #include "Formats/Text.h"
+#include "zebmediatypes/TimeDisplay.h"
 
 namespace Formats {
 
@@ -35,7 +37,20 @@ Digits TakeDigits(std::u16string_view text) {
   return digits;
 }
 
-ParsedTime ParseTime(std::u16string_view text, bool isStrict) {
+// The frame that a count names; nothing if there is none such in a second, or no rate to count by.
+std::optional<TickTime> FindFrame(std::u16string_view text, const Digits& frame, const FrameCount& count,
+                                  bool dropFrame) {
+  if (!count.rate.IsValid() || count.rate.GetTicksPerFrame() <= 0)
+    return std::nullopt;
+  const std::int64_t length = count.rate.GetTicksPerFrame();
+  if (frame.value >= (zebmediatypes::kTicksPerSecond + length / 2) / length)
+    return std::nullopt;
+  const zebmediatypes::TimeDisplay display = zebmediatypes::GetTimecodeDisplay(count.rate, dropFrame);
+  return zebmediatypes::ParseTime(text, display, count.rate);
+}
+
+// With frames also counts of frames are understood, and times that are strict are not.
+ParsedTime ParseTime(std::u16string_view text, bool isStrict, const FrameCount* frames) {
   Digits fields[3];
   std::size_t count = 0;
   std::size_t at = 0;
@@ -58,7 +73,8 @@ ParsedTime ParseTime(std::u16string_view text, bool isStrict) {
   if (isStrict && (hours.count < 2 || minutes.count != 2 || seconds.count != 2))
     return {};
   std::int64_t fraction = 0;
-  if (at < text.size() && (text[at] == u'.' || text[at] == u',')) {
+  const bool hasFraction = at < text.size() && (text[at] == u'.' || text[at] == u',');
+  if (hasFraction) {
     const Digits digits = TakeDigits(text.substr(at + 1));
     if (digits.count == 0 || digits.count > 9 || (isStrict && digits.count != 3))
       return {};
@@ -73,6 +89,20 @@ ParsedTime ParseTime(std::u16string_view text, bool isStrict) {
   ParsedTime parsed;
   parsed.length = at;
   parsed.isTooLate = hours.value > kMaxHours;
+  if (frames != nullptr && count == 3 && !hasFraction && at + 1 < text.size() &&
+      (text[at] == u':' || text[at] == u';')) {
+    const Digits frame = TakeDigits(text.substr(at + 1));
+    if (frame.count == 0 || frame.count > 3)
+      return {};
+    parsed.length = at + 1 + frame.count;
+    if (parsed.isTooLate)
+      return parsed;
+    const auto time = FindFrame(text.substr(0, parsed.length), frame, *frames, frames->dropFrame || text[at] == u';');
+    if (!time)
+      return {};
+    parsed.time = *time;
+    return parsed;
+  }
   if (!parsed.isTooLate) {
     const std::int64_t whole = (hours.value * 60 + minutes.value) * 60 + seconds.value;
     parsed.time = TickTime(whole * zebmediatypes::kTicksPerSecond + fraction);
@@ -92,19 +122,19 @@ CueTimes Fail(const char* keyWithDefault, std::u16string_view line) {
   return times;
 }
 
-CueTimes Parse(std::u16string_view line, bool isStrict) {
+CueTimes Parse(std::u16string_view line, bool isStrict, const FrameCount* frames) {
   std::u16string_view rest = SkipSpaces(line);
   const auto fail = [&] {
     return Fail("$$$/Vidra/Formats/BadTimes=The caption is left out: its times, \"{0}\", cannot be read.", line);
   };
-  const ParsedTime begin = ParseTime(rest, isStrict);
+  const ParsedTime begin = ParseTime(rest, isStrict, frames);
   if (begin.length == 0)
     return fail();
   rest = SkipSpaces(rest.substr(begin.length));
   if (!rest.starts_with(kArrow))
     return fail();
   rest = SkipSpaces(rest.substr(kArrow.size()));
-  const ParsedTime end = ParseTime(rest, isStrict);
+  const ParsedTime end = ParseTime(rest, isStrict, frames);
   rest = rest.substr(end.length);
   if (end.length == 0 || (!rest.empty() && !IsSpace(rest.front())))
     return fail();
@@ -138,11 +168,22 @@ bool LooksLikeTimes(std::u16string_view line) {
   return (startsAsTime && (hasColon || goesOnAsTime || !hasBlank)) || (goesOnAsTime && !hasBlank);
 }
 
-CueTimes ParseLooseTimes(std::u16string_view line) {
-  return Parse(line, false);
+std::string PrintCueTime(std::int64_t milliseconds, char decimalMark) {
+  char text[48];
+  const auto seconds = static_cast<long long>(milliseconds / 1000);
+  std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld%c%03d", seconds / 3600, seconds / 60 % 60, seconds % 60,
+                decimalMark, static_cast<int>(milliseconds % 1000));
+  return text;
+}
+std::string PrintCueTime(TickTime time) {
+  return PrintCueTime(std::max<std::int64_t>(ToMilliseconds(time), 0), '.');
+}
+
+CueTimes ParseLooseTimes(std::u16string_view line, const FrameCount& frames) {
+  return Parse(line, false, &frames);
 }
 CueTimes ParseStrictTimes(std::u16string_view line) {
-  return Parse(line, true);
+  return Parse(line, true, nullptr);
 }
 
 } // namespace Formats

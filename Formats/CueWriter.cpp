@@ -1,8 +1,8 @@
 #include "Formats/CueWriter.h"
 
 #include <algorithm>
-#include <cstdio>
 
+#include "Formats/CueTimes.h"
 #include "Formats/Text.h"
 #include "zebcaptioning/FormatFacts.h"
 
@@ -13,14 +13,6 @@ using zebcaptioning::CaptionState;
 namespace {
 
 constexpr std::int64_t kMaxMilliseconds = (std::int64_t{10000} * 3600 * 1000) - 1;
-
-std::string PrintTime(std::int64_t milliseconds, char decimalMark) {
-  char text[48];
-  const auto seconds = static_cast<long long>(milliseconds / 1000);
-  std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld%c%03d", seconds / 3600, seconds / 60 % 60, seconds % 60,
-                decimalMark, static_cast<int>(milliseconds % 1000));
-  return text;
-}
 
 // "<c.yellow>" is closed by "</c>".
 std::string Closing(const std::string& tag) {
@@ -153,7 +145,7 @@ WriteResult WriteCues(const Syntax& syntax, std::span<const CaptionStatePtr> cap
     std::string cue;
     if (syntax.hasNumbers)
       cue += std::to_string(++number) + "\n";
-    cue += PrintTime(begin, syntax.decimalMark) + " --> " + PrintTime(end, syntax.decimalMark) +
+    cue += PrintCueTime(begin, syntax.decimalMark) + " --> " + PrintCueTime(end, syntax.decimalMark) +
            syntax.settings(*state, losses) + "\n";
     const std::string text = syntax.prefix(*state, losses) + CueText(syntax, *state, losses).Print();
     if (!text.empty())

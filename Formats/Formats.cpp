@@ -16,7 +16,8 @@ constexpr std::size_t kSampleSize = 1 << 16;
 
 bool HasUsableTimes(const Lines& lines) {
   for (std::size_t line = 0; line < lines.Count(); ++line) {
-    if (LooksLikeTimes(lines[line]) && ParseLooseTimes(lines[line]).error.empty())
+    // Whether frames can be made times of is not what decides.
+    if (LooksLikeTimes(lines[line]) && ParseLooseTimes(lines[line], {zebmediatypes::kFrameRate_60}).error.empty())
       return true;
   }
   return false;
@@ -44,10 +45,11 @@ FileKind Detect(std::string_view bytes, std::string_view fileName) {
   return extension == u".srt" || HasUsableTimes(lines) ? FileKind::SubRip : FileKind::Unknown;
 }
 
-ReadResult Read(std::string_view bytes, std::string_view fileName, StreamFormat format, const Progress& progress) {
+ReadResult Read(std::string_view bytes, std::string_view fileName, StreamFormat format, const Progress& progress,
+                const FrameCount& frames) {
   switch (Detect(bytes, fileName)) {
   case FileKind::SubRip:
-    return ReadSubRip(bytes, format, progress);
+    return ReadSubRip(bytes, format, progress, frames);
   case FileKind::WebVTT:
     return ReadWebVTT(bytes, format, progress);
   case FileKind::Unknown:
@@ -61,12 +63,12 @@ ReadResult Read(std::string_view bytes, std::string_view fileName, StreamFormat 
 }
 
 WriteResult Write(FileKind kind, std::span<const CaptionStatePtr> captions, StreamFormat format,
-                  const Progress& progress) {
+                  const Progress& progress, const std::string& language) {
   switch (kind) {
   case FileKind::SubRip:
     return WriteSubRip(captions, format, progress);
   case FileKind::WebVTT:
-    return WriteWebVTT(captions, format, progress);
+    return WriteWebVTT(captions, format, progress, language);
   case FileKind::Unknown:
     break;
   }

@@ -10,6 +10,7 @@
 
 #include "Captions/contracts/Caption.h"
 #include "Captions/contracts/StreamFormat.h"
+#include "zebmediatypes/FrameRate.h"
 
 // Readers and writers of caption files: pure functions between bytes and captions. They never throw on what a file
 // holds, and they end early, with what they have, when asked to stop.
@@ -43,14 +44,22 @@ using Progress = std::function<bool(double)>;
 // What a file is, from its first bytes and, where they leave it open, its name.
 FileKind Detect(std::string_view bytes, std::string_view fileName);
 
+// How a file counts frames that does not say so itself. Without a rate its times cannot be understood.
+struct FrameCount {
+  zebmediatypes::FrameRate rate;
+  bool dropFrame = false;
+};
+
 // The format of the stream that the captions go into decides what a run may hold.
 ReadResult Read(std::string_view bytes, std::string_view fileName, zebcaptioning::StreamFormat format,
-                const Progress& progress = {});
-ReadResult ReadSubRip(std::string_view bytes, zebcaptioning::StreamFormat format, const Progress& progress = {});
+                const Progress& progress = {}, const FrameCount& frames = {});
+ReadResult ReadSubRip(std::string_view bytes, zebcaptioning::StreamFormat format, const Progress& progress = {},
+                      const FrameCount& frames = {});
 ReadResult ReadWebVTT(std::string_view bytes, zebcaptioning::StreamFormat format, const Progress& progress = {});
 
+// The language, a BCP 47 tag or empty, stands in the head of a WebVTT file; SubRip has no place for it.
 WriteResult Write(FileKind kind, std::span<const zebcaptioning::CaptionStatePtr> captions,
-                  zebcaptioning::StreamFormat format, const Progress& progress = {});
+                  zebcaptioning::StreamFormat format, const Progress& progress = {}, const std::string& language = {});
 
 // Bytes as text, by byte order mark, else by what they are; encoding is set to the name.
 zebcore::UString DecodeText(std::string_view bytes, std::string& encoding);

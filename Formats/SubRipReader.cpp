@@ -15,8 +15,8 @@ std::string NoCaptionFile() {
 
 class Reader {
  public:
-  Reader(const Lines& lines, StreamFormat format, ProgressMeter& progress, ReadResult& result)
-      : mLines(lines), mRules(format), mProgress(progress), mResult(result) {}
+  Reader(const Lines& lines, StreamFormat format, ProgressMeter& progress, ReadResult& result, const FrameCount& frames)
+      : mLines(lines), mRules(format), mProgress(progress), mResult(result), mFrames(frames) {}
 
   void Run() {
     while (mAt < mLines.Count()) {
@@ -72,7 +72,7 @@ class Reader {
   void ReadCue() {
     const std::size_t timesLine = mAt++;
     mHasSeenCue = true;
-    const CueTimes times = ParseLooseTimes(mLines[timesLine]);
+    const CueTimes times = ParseLooseTimes(mLines[timesLine], mFrames);
     bool hasGap = false;
     const std::size_t end = FindTextEnd(mAt, hasGap);
     if (!times.error.empty()) {
@@ -119,27 +119,22 @@ class Reader {
   FormatRules mRules;
   ProgressMeter& mProgress;
   ReadResult& mResult;
+  const FrameCount& mFrames;
   std::size_t mAt = 0;
   bool mHasSeenCue = false;
 };
 
 } // namespace
 
-ReadResult ReadSubRip(std::string_view bytes, StreamFormat format, const Progress& progress) {
+ReadResult ReadSubRip(std::string_view bytes, StreamFormat format, const Progress& progress, const FrameCount& frames) {
   ReadResult result;
   result.kind = FileKind::SubRip;
-  if (bytes.empty()) {
-    result.error = Say("$$$/Vidra/Formats/EmptyFile=The file is empty.");
+  const UString text = OpenText(bytes, NoCaptionFile, result);
+  if (!result.error.empty())
     return result;
-  }
-  if (IsBinary(bytes)) {
-    result.error = NoCaptionFile();
-    return result;
-  }
-  const UString text = DecodeText(bytes, result.encoding);
   const Lines lines(text);
   ProgressMeter meter(progress, text.size());
-  Reader reader(lines, format, meter, result);
+  Reader reader(lines, format, meter, result, frames);
   reader.Run();
   if (!reader.HasSeenCue() && !result.cancelled) {
     result.problems.clear();

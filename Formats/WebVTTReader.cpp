@@ -141,15 +141,9 @@ class Reader {
 ReadResult ReadWebVTT(std::string_view bytes, StreamFormat format, const Progress& progress) {
   ReadResult result;
   result.kind = FileKind::WebVTT;
-  if (bytes.empty()) {
-    result.error = Say("$$$/Vidra/Formats/EmptyFile=The file is empty.");
+  const UString text = OpenText(bytes, NoCaptionFile, result);
+  if (!result.error.empty())
     return result;
-  }
-  if (IsBinary(bytes)) {
-    result.error = NoCaptionFile();
-    return result;
-  }
-  const UString text = DecodeText(bytes, result.encoding);
   const Lines lines(text);
   if (lines.Count() == 0 || !HasSignature(lines[0])) {
     result.error = NoCaptionFile();

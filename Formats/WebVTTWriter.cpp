@@ -77,10 +77,11 @@ std::string Escape(std::u16string_view text) {
 
 } // namespace
 
-WriteResult WriteWebVTT(std::span<const CaptionStatePtr> captions, StreamFormat format, const Progress& progress) {
+WriteResult WriteWebVTT(std::span<const CaptionStatePtr> captions, StreamFormat format, const Progress& progress,
+                        const std::string& language) {
   Syntax syntax;
   syntax.format = format;
-  syntax.head = "WEBVTT\n\n";
+  syntax.head = language.empty() ? "WEBVTT\n\n" : "WEBVTT\nLanguage: " + language + "\n\n";
   syntax.nothing = "<c></c>";
   syntax.tags = Tags;
   syntax.escape = Escape;

@@ -8,6 +8,6 @@ namespace Formats {
 WriteResult WriteSubRip(std::span<const zebcaptioning::CaptionStatePtr> captions, zebcaptioning::StreamFormat format,
                         const Progress& progress);
 WriteResult WriteWebVTT(std::span<const zebcaptioning::CaptionStatePtr> captions, zebcaptioning::StreamFormat format,
-                        const Progress& progress);
+                        const Progress& progress, const std::string& language);
 
 } // namespace Formats

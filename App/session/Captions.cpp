@@ -2,9 +2,12 @@
 
 #include "App/Session.h"
 #include "App/session/Background.h"
+#include "App/session/Exports.h"
 #include "App/session/Files.h"
 #include "App/session/Streams.h"
 #include "App/session/Text.h"
+#include "Formats/Delivery.h"
+#include "Formats/Treatment.h"
 #include "HSL/OpenTextMeasure.h"
 
 // Caption files in and out.
@@ -30,6 +33,8 @@ Problem NoCaption(const fs::path& path, const Formats::Problem& first) {
 constexpr double kShareOfReading = 0.85;
 // Of that, what setting open captions in type leaves for the rest.
 constexpr double kShareOfParsing = 0.3;
+// Of that again, what the treatments by the import settings leave for the rest.
+constexpr double kShareOfTheFile = 0.8;
 // From so many captions on, setting them in type would hold the window up for more than a moment.
 constexpr std::size_t kMeasuredInAdvance = 2000;
 // From so many captions on, putting them into the project's file takes long enough to be told.
@@ -54,21 +59,34 @@ void MeasureInAdvance(Formats::ReadResult& read, const BE::MediaInfo& picture, J
 }
 
 Result<Formats::ReadResult> ReadCaptions(const fs::path& path, zebcaptioning::StreamFormat format,
-                                         const BE::MediaInfo& picture, JobState& state) {
+                                         const BE::MediaInfo& picture, const BE::CaptionsImportSettings& settings,
+                                         JobState& state) {
   Result<std::string> bytes = ReadCaptionFile(path, state);
   if (!bytes)
     return {std::nullopt, bytes.problem};
   const bool isOpen = zebcaptioning::IsOpenCaptions(format);
-  const double share = kShareOfReading * (isOpen ? kShareOfParsing : 1.0);
-  Formats::ReadResult read = Formats::Read(*bytes.value, path.filename().string(), format,
-                                           [&state, share](double done) { return state.Report(done * share); });
+  const double all = kShareOfReading * (isOpen ? kShareOfParsing : 1.0);
+  const double share = all * kShareOfTheFile;
+  const Formats::FrameCount frames = settings.frameRate.IsValid()
+                                         ? Formats::FrameCount{settings.frameRate, settings.dropFrame}
+                                         : Formats::FrameCount{picture.frameRate, picture.dropFrame};
+  Formats::ReadResult read = Formats::Read(
+      *bytes.value, path.filename().string(), format,
+      [&state, share](double done) { return state.Report(done * share); }, frames);
   if (!read.error.empty())
     return {std::nullopt, NotReadable(path, read.error)};
   if (read.captions.empty() && !read.problems.empty())
     return {std::nullopt, NoCaption(path, read.problems.front())};
+  if (!read.cancelled)
+    Formats::Treat(read, settings, format, GetGridColumns(format, picture),
+                   [&state, share, all](double done) { return state.Report(share + done * (all - share)); });
   if (isOpen && picture.width > 0 && read.captions.size() >= kMeasuredInAdvance && !read.cancelled)
     MeasureInAdvance(read, picture, state);
   return {std::move(read), {}};
+}
+
+BE::CaptionsExportSettings GetExportSettings(const InterfaceRef<BE::Project>& project) {
+  return project ? BE::GetCaptionsExportSettings(*project) : BE::CaptionsExportSettings();
 }
 
 } // namespace
@@ -77,15 +95,16 @@ Result<ImportReport> Session::ImportCaptions(const InterfaceRef<BE::MasterClip>&
                                              zebcaptioning::StreamFormat format, const Progress& progress) {
   if (!mProject || !clip)
     return {std::nullopt, NoClip()};
+  if (mProject->IsReadOnly())
+    return {std::nullopt, DescribeReadOnly(*mProject)};
   const auto number = FindFreeFormat(clip, format);
   if (!number)
     return {std::nullopt, NoFreeFormat(clip, format)};
 
   const std::string what = Text("$$$/Vidra/Captivo/Progress/Import=Importing {1}", {QuotedName(path)});
   auto read = RunInBackground<Result<Formats::ReadResult>>(
-      [path, number, picture = clip->GetMediaInfo()](JobState& state) {
-        return ReadCaptions(path, *number, picture, state);
-      },
+      [path, number, picture = clip->GetMediaInfo(), settings = BE::GetCaptionsImportSettings(*mProject)](
+          JobState& state) { return ReadCaptions(path, *number, picture, settings, state); },
       progress, what, Stopping::ByItself);
   if (!read)
     return {std::nullopt, Stopped()};
@@ -111,26 +130,66 @@ Result<ImportReport> Session::ImportCaptions(const InterfaceRef<BE::MasterClip>&
   return {ImportReport{*stream.value, result.encoding, std::move(result.problems)}, {}};
 }
 
+Result<std::vector<ExportReport>> Session::WriteTargets(const std::vector<ExportTarget>& targets,
+                                                        Formats::FileKind kind,
+                                                        const BE::CaptionsExportSettings& settings,
+                                                        const Progress& progress) {
+  Commit();
+  struct Job {
+    std::vector<CaptionStatePtr> captions;
+    zebcaptioning::StreamFormat format;
+  };
+  std::vector<Job> jobs;
+  jobs.reserve(targets.size());
+  for (const ExportTarget& target : targets)
+    jobs.push_back({CaptionStates(target.stream), target.stream->GetStreamFormat()});
+  const std::string what = Text("$$$/Vidra/Captivo/Progress/Export=Exporting {1}", {QuotedName(targets.front().path)});
+  auto written = RunInBackground<std::vector<Formats::WriteResult>>(
+      [jobs = std::move(jobs), kind, settings](JobState& state) {
+        std::vector<Formats::WriteResult> files;
+        for (const Job& job : jobs) {
+          if (state.stop)
+            break;
+          const auto done = static_cast<double>(files.size());
+          const auto all = static_cast<double>(jobs.size());
+          files.push_back(
+              Formats::WriteFile(kind, job.captions, job.format, settings,
+                                 [&state, done, all](double part) { return state.Report((done + part) / all); }));
+        }
+        return files;
+      },
+      progress, what, Stopping::ByItself);
+  if (!written)
+    return {std::nullopt, Stopped()};
+  std::vector<ExportReport> reports;
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    if (auto problem = WriteWholeFile(targets[i].path, (*written)[i].bytes))
+      return {std::nullopt, *problem};
+    reports.push_back({targets[i].path, targets[i].stream, std::move((*written)[i].problems)});
+  }
+  return {std::move(reports), {}};
+}
+
 Result<std::vector<Formats::Problem>> Session::ExportCaptions(const InterfaceRef<BE::CaptioningStream>& stream,
                                                               const fs::path& path, Formats::FileKind kind,
                                                               const Progress& progress) {
   if (!stream)
     return {std::nullopt, NoStream()};
-  Commit();
-
-  const std::vector<CaptionStatePtr> captions = CaptionStates(stream);
-  const zebcaptioning::StreamFormat format = stream->GetStreamFormat();
-  const std::string what = Text("$$$/Vidra/Captivo/Progress/Export=Exporting {1}", {QuotedName(path)});
-  auto written = RunInBackground<Formats::WriteResult>(
-      [captions, format, kind](JobState& state) {
-        return Formats::Write(kind, captions, format, [&state](double done) { return state.Report(done); });
-      },
-      progress, what, Stopping::ByItself);
+  auto written = WriteTargets({{stream, path}}, kind, GetExportSettings(mProject), progress);
   if (!written)
-    return {std::nullopt, Stopped()};
-  if (auto problem = WriteWholeFile(path, written->bytes))
-    return {std::nullopt, *problem};
-  return {std::move(written->problems), {}};
+    return {std::nullopt, written.problem};
+  return {std::move(written.value->front().problems), {}};
+}
+
+Result<std::vector<ExportReport>> Session::ExportBySettings(const InterfaceRef<BE::MasterClip>& clip,
+                                                            const InterfaceRef<BE::CaptioningStream>& shown,
+                                                            const fs::path& path, Formats::FileKind kind,
+                                                            const Progress& progress) {
+  const BE::CaptionsExportSettings settings = GetExportSettings(mProject);
+  const auto targets = FindExportTargets(clip, shown, path, settings);
+  if (!targets)
+    return {std::nullopt, targets.problem};
+  return WriteTargets(*targets.value, kind, settings, progress);
 }
 
 } // namespace App

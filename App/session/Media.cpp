@@ -4,6 +4,7 @@
 #include "App/session/Streams.h"
 #include "App/session/Text.h"
 #include "Formats/MediaSubtitles.h"
+#include "Formats/Treatment.h"
 #include "MF/MediaFile.h"
 
 // Media files in.
@@ -34,7 +35,9 @@ std::string NameOf(const MF::SubtitleTrack& track, std::size_t number) {
   return track.language.empty() ? std::to_string(number) : track.language;
 }
 
-Probe ProbeWithTracks(const fs::path& path, JobState& state) {
+// The offset is for files beside the media: a track in it has the media's own times.
+Probe ProbeWithTracks(const fs::path& path, BE::CaptionsImportSettings settings, JobState& state) {
+  settings.offset = BE::TickTime();
   Probe probe{MF::ProbeMedia(path), {}, {}};
   if (!probe.info)
     return probe;
@@ -55,6 +58,8 @@ Probe ProbeWithTracks(const fs::path& path, JobState& state) {
         Formats::ReadSubtitleTrack(path, tracks[i].index, format, [&state, before, &tracks](double done) {
           return state.Report(before + done / static_cast<double>(tracks.size()));
         });
+    if (read.error.empty() && !read.cancelled)
+      Formats::Treat(read, settings, format, 0);
     if (!read.error.empty())
       probe.problems.push_back(
           {0, Text("$$$/Vidra/Captivo/Media/BadTrack=Subtitle track {1} stays out: {2}", {name, read.error})});
@@ -73,12 +78,15 @@ Result<MediaReport> Session::ImportMediaReport(const fs::path& path, const Progr
   if (!mProject)
     return {std::nullopt,
             {Text("$$$/Vidra/Captivo/Error/NoProject=There is no project. Open one or make a new one first.")}};
+  if (mProject->IsReadOnly())
+    return {std::nullopt, DescribeReadOnly(*mProject)};
   if (auto problem = FindFileProblem(path))
     return {std::nullopt, *problem};
 
   const std::string what = Text("$$$/Vidra/Captivo/Progress/Media=Looking at {1}", {QuotedName(path)});
-  auto probe = RunInBackground<Probe>([path](JobState& state) { return ProbeWithTracks(path, state); }, progress, what,
-                                      Stopping::Never);
+  auto probe = RunInBackground<Probe>([path, settings = BE::GetCaptionsImportSettings(*mProject)](
+                                          JobState& state) { return ProbeWithTracks(path, settings, state); },
+                                      progress, what, Stopping::Never);
   if (!probe || (progress && !progress(1.0, what)))
     return {std::nullopt, Stopped()};
   if (!probe->info)

@@ -51,6 +51,11 @@ std::optional<StreamFormat> FindFreeFormat(const InterfaceRef<BE::MasterClip>& c
   return std::nullopt;
 }
 
+int GetGridColumns(StreamFormat format, const BE::MediaInfo& picture) {
+  return zebcaptioning::IsOpenCaptions(format) ? 0
+                                               : zebcaptioning::GetCaptionColumns(format, IsStandardAspect(picture));
+}
+
 std::vector<CaptionStatePtr> CaptionStates(const InterfaceRef<BE::CaptioningStream>& stream) {
   std::vector<boost::intrusive_ptr<zebcaptioning::Caption>> captions;
   stream->GetCaptions(captions);
@@ -67,6 +72,12 @@ zebcore::UString StepName(std::string_view keyWithDefault) {
 
 Problem Stopped() {
   return {Text("$$$/Vidra/Captivo/Error/Stopped=Stopped. Nothing was changed.")};
+}
+
+Problem DescribeReadOnly(const BE::Project& project) {
+  return {Text("$$$/Vidra/Captivo/Error/ReadOnly=The project {1} is open for reading only. To change it, unlock it in "
+               "the File menu or save it under another name.",
+               {Quoted(zebcore::ToUTF8(project.GetName()))})};
 }
 
 Problem NoClip() {
@@ -91,6 +102,8 @@ Result<InterfaceRef<BE::CaptioningStream>> Session::NewStream(const InterfaceRef
                                                               StreamFormat format) {
   if (!mProject || !clip)
     return {std::nullopt, NoClip()};
+  if (mProject->IsReadOnly())
+    return {std::nullopt, DescribeReadOnly(*mProject)};
   BE::StreamDescription description;
   description.format = format;
   return mProject->AddStream(clip, description, {}, StepName("$$$/Vidra/Captivo/Step/NewStream=New Stream"));
@@ -100,6 +113,8 @@ Result<InterfaceRef<BE::CaptioningStream>> Session::DuplicateStream(const Interf
                                                                     StreamFormat format) {
   if (!mProject || !stream)
     return {std::nullopt, NoStream()};
+  if (mProject->IsReadOnly())
+    return {std::nullopt, DescribeReadOnly(*mProject)};
   Commit();
   const InterfaceRef<BE::MasterClip> clip = stream->GetMasterClip();
   BE::StreamDescription description = stream->GetDescription();
@@ -117,7 +132,7 @@ Result<InterfaceRef<BE::CaptioningStream>> Session::DuplicateStream(const Interf
 }
 
 void Session::DeleteStream(const InterfaceRef<BE::CaptioningStream>& stream) {
-  if (!mProject || !stream)
+  if (!mProject || !stream || mProject->IsReadOnly())
     return;
   Commit();
   mProject->RemoveStream(stream, StepName("$$$/Vidra/Captivo/Step/DeleteStream=Delete Stream"));

@@ -7,8 +7,11 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <tuple>
 
+#include "App/session/Exports.h"
 #include "App/session/FileKinds.h"
+#include "App/session/Streams.h"
 #include "App/session/Text.h"
 #include "App/window/Bin.h"
 #include "App/window/ImportFormatWindow.h"
@@ -62,8 +65,8 @@ void MainWindow::ChooseProject() {
   OpenProject(ToPath(file));
 }
 
-void MainWindow::OpenProject(const fs::path& path) {
-  if (const auto problem = Session::Instance().OpenProject(path)) {
+void MainWindow::OpenProject(const fs::path& path, bool readOnly) {
+  if (const auto problem = Session::Instance().OpenProject(path, readOnly)) {
     ShowProblem(*problem);
     return;
   }
@@ -87,8 +90,7 @@ void MainWindow::SaveProjectAs() {
     return;
   }
   settings::AddRecentProject(project->GetPath());
-  UpdateTitle();
-  UpdateMenus();
+  UpdateReadOnly();
 }
 
 // --- Media and captions
@@ -105,6 +107,8 @@ bool MainWindow::RunBusy(const std::function<void(const Progress&)>& work) {
 }
 
 void MainWindow::ChooseMedia() {
+  if (!MayChange())
+    return;
   const QStringList files =
       QFileDialog::getOpenFileNames(this, Label("$$$/Vidra/Captivo/Choose/Media=Import Media"), settings::GetFolder(),
                                     Label("$$$/Vidra/Captivo/Filter/Media=Media files (*.mp4 *.mov *.m4v *.mkv *.webm "
@@ -143,6 +147,8 @@ MainWindow::Clip MainWindow::ImportMedia(const fs::path& path) {
 }
 
 void MainWindow::ChooseCaptions() {
+  if (!MayChange())
+    return;
   const Clip clip = Session::Instance().GetSelectedClip();
   if (!clip) {
     ShowProblem({Text(
@@ -191,8 +197,11 @@ void MainWindow::ExportCaptions() {
     return;
   const QString subRip = Label("$$$/Vidra/Captivo/Filter/SubRip=SubRip (*.srt)");
   const QString webVTT = Label("$$$/Vidra/Captivo/Filter/WebVTT=WebVTT (*.vtt)");
-  const QString name = QFileInfo(ToQString(stream->GetMasterClip()->GetName())).completeBaseName();
-  QString filter = subRip;
+  const Clip clip = stream->GetMasterClip();
+  const BE::CaptionsExportSettings preset = BE::GetCaptionsExportSettings(*Session::Instance().GetProject());
+  const QString name = QString::fromStdString(
+      SuggestExportName(QFileInfo(ToQString(clip->GetName())).completeBaseName().toStdString(), preset));
+  QString filter = preset.format == BE::SidecarFormat::WebVTT ? webVTT : subRip;
   QString file =
       QFileDialog::getSaveFileName(this, Label("$$$/Vidra/Captivo/Choose/Export=Export Captions"),
                                    QDir(settings::GetFolder()).filePath(name), subRip + ";;" + webVTT, &filter);
@@ -200,26 +209,33 @@ void MainWindow::ExportCaptions() {
     return;
   const bool asWebVTT = file.endsWith(QLatin1String(".vtt"), Qt::CaseInsensitive) ||
                         (filter == webVTT && !file.endsWith(QLatin1String(".srt"), Qt::CaseInsensitive));
-  file = WithSuffix(file, asWebVTT ? QStringLiteral(".vtt") : QStringLiteral(".srt"));
+  // The language in a name is no ending.
+  const QString ending = asWebVTT ? QStringLiteral(".vtt") : QStringLiteral(".srt");
+  const bool endsInLanguage =
+      !preset.language.empty() && file.endsWith(QLatin1Char('.') + QString::fromStdString(preset.language));
+  file = endsInLanguage ? file + ending : WithSuffix(file, ending);
   settings::SetFolderOf(file);
 
-  Result<std::vector<Formats::Problem>> result;
+  Result<std::vector<ExportReport>> result;
   const bool finished = RunBusy([&](const Progress& progress) {
-    result = Session::Instance().ExportCaptions(
-        stream, ToPath(file), asWebVTT ? Formats::FileKind::WebVTT : Formats::FileKind::SubRip, progress);
+    result = Session::Instance().ExportBySettings(
+        clip, stream, ToPath(file), asWebVTT ? Formats::FileKind::WebVTT : Formats::FileKind::SubRip, progress);
   });
-  const std::string shown = QFileInfo(file).fileName().toStdString();
+  std::string shown = QFileInfo(file).fileName().toStdString();
+  std::vector<Formats::Problem> problems;
+  if (result)
+    std::tie(shown, problems) = JoinReports(*result.value);
   if (!result && finished)
     ShowProblem(result.problem);
   else if (!result)
     Notice(QString::fromStdString(result.problem.text));
-  else if (result.value->empty())
+  else if (problems.empty())
     Notice(Label("$$$/Vidra/Captivo/Notice/Exported={1} was written", {shown}));
   else
     ShowProblems(
         this, Label("$$$/Vidra/Captivo/Problems/ExportTitle=Not Everything Could Be Written"),
         Label("$$$/Vidra/Captivo/Problems/ExportSummary={1} was written. This has no place in such a file:", {shown}),
-        *result.value);
+        problems);
 }
 
 // --- Files from outside
@@ -244,14 +260,21 @@ MainWindow::Clip MainWindow::FindClipFor(const fs::path& captions) const {
 }
 
 // A project first, then media, then the captions that go with them.
-void MainWindow::OpenFiles(const std::vector<fs::path>& files) {
+void MainWindow::OpenFiles(const std::vector<fs::path>& files, bool readOnly) {
   std::map<FileKind, std::vector<fs::path>> byKind;
   for (const fs::path& path : files)
     byKind[FindKind(path)].push_back(path);
   if (!byKind[FileKind::Project].empty())
-    OpenProject(byKind[FileKind::Project].back());
+    OpenProject(byKind[FileKind::Project].back(), readOnly);
   if (!Session::Instance().GetProject())
     NewProject();
+  // Said once, however many files there are.
+  const InterfaceRef<BE::Project> project = Session::Instance().GetProject();
+  const bool addsSomething = !byKind[FileKind::Media].empty() || !byKind[FileKind::Captions].empty();
+  if (addsSomething && project && project->IsReadOnly()) {
+    ShowProblem(DescribeReadOnly(*project));
+    return;
+  }
 
   Clip shown;
   for (const fs::path& path : byKind[FileKind::Media])
@@ -303,6 +326,8 @@ void MainWindow::Present(const Result<Stream>& stream) {
 }
 
 void MainWindow::DeleteStream() {
+  if (!MayChange())
+    return;
   if (const Stream stream = GetCurrentStream())
     Session::Instance().DeleteStream(stream);
   mBin->RefreshNow();
@@ -310,6 +335,8 @@ void MainWindow::DeleteStream() {
 }
 
 void MainWindow::RemoveClip() {
+  if (!MayChange())
+    return;
   if (const Clip clip = mBin->GetCurrentClip())
     Session::Instance().RemoveClip(clip);
   mBin->RefreshNow();

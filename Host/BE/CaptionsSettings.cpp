@@ -15,8 +15,6 @@ namespace {
 using nlohmann::json;
 using zebcaptioning::CaptioningColor;
 
-constexpr const char* kSetting_Import = "captions.import";
-constexpr const char* kSetting_Export = "captions.export";
 constexpr int kLastAlignment = 2;
 constexpr int kLastAnchor = 8;
 constexpr int kLongestLine = 200;
@@ -117,7 +115,7 @@ json Read(const Project& project, const char* key) {
 } // namespace
 
 CaptionsImportSettings GetCaptionsImportSettings(const Project& project) {
-  const json document = Read(project, kSetting_Import);
+  const json document = Read(project, kSetting_CaptionsImport);
   CaptionsImportSettings settings;
   Take(document, "family", settings.style.family);
   if (const json* size = Find(document, "size"); size && size->is_number()) {
@@ -164,11 +162,11 @@ void SetCaptionsImportSettings(Project& project, const CaptionsImportSettings& s
     document["text_color"] = ToJson(*settings.style.textColor);
   if (settings.style.backgroundColor)
     document["background_color"] = ToJson(*settings.style.backgroundColor);
-  project.SetSetting(kSetting_Import, document.dump(-1, ' ', false, json::error_handler_t::replace));
+  project.SetSetting(kSetting_CaptionsImport, document.dump(-1, ' ', false, json::error_handler_t::replace));
 }
 
 CaptionsExportSettings GetCaptionsExportSettings(const Project& project) {
-  const json document = Read(project, kSetting_Export);
+  const json document = Read(project, kSetting_CaptionsExport);
   CaptionsExportSettings settings;
   Take(document, "format", settings.format);
   Take(document, "encoding", settings.encoding);
@@ -196,7 +194,7 @@ void SetCaptionsExportSettings(Project& project, const CaptionsExportSettings& s
                 {"stream", settings.stream}};
   if (settings.startTimecode)
     document["start_timecode"] = settings.startTimecode->GetTicks();
-  project.SetSetting(kSetting_Export, document.dump(-1, ' ', false, json::error_handler_t::replace));
+  project.SetSetting(kSetting_CaptionsExport, document.dump(-1, ' ', false, json::error_handler_t::replace));
 }
 
 bool IsLanguageTag(const std::string& text) {

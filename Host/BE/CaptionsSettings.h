@@ -53,7 +53,7 @@ struct CaptionsImportSettings {
   bool dropFrame = false;
   // Added to every time; may be negative.
   TickTime offset;
-  LongLines longLines = LongLines::Wrap;
+  LongLines longLines = LongLines::Keep;
   int lineLength = 0; // characters, 1 to 200; 0 for what the stream's grid holds
   LongCaptions longCaptions = LongCaptions::Keep;
   int lineCount = 2; // lines of one caption, 1 to 15
@@ -74,7 +74,7 @@ enum class ExportedStreams {
 struct CaptionsExportSettings {
   SidecarFormat format = SidecarFormat::SubRip;
   TextEncoding encoding = TextEncoding::UTF8;
-  // Rounds times to frames; invalid for that of the clip.
+  // Times are put on its frames; invalid to write them as they are, and to count the start timecode as the clip does.
   FrameRate frameRate;
   bool dropFrame = false;
   // The time that the clip's first frame has in the file; none for zero.
@@ -84,6 +84,10 @@ struct CaptionsExportSettings {
   StreamFormat stream = zebcaptioning::kStreamFormat_None; // of One
   friend bool operator==(const CaptionsExportSettings&, const CaptionsExportSettings&) = default;
 };
+
+// Under which they are kept among the project's settings, as JSON documents.
+inline constexpr const char* kSetting_CaptionsImport = "captions.import";
+inline constexpr const char* kSetting_CaptionsExport = "captions.export";
 
 // What the project holds; the default of each field that it does not hold, or holds in a way that makes no sense.
 CaptionsImportSettings GetCaptionsImportSettings(const Project& project);

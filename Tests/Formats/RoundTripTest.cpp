@@ -1,3 +1,6 @@
+// Before rapidcheck, whose own FAIL this one would meet.
+#include <gtest/gtest.h>
+
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
 
