@@ -61,6 +61,14 @@ void SetWindow(const QByteArray& geometry, const QByteArray& layout) {
   Store().setValue(QStringLiteral("window/layout"), layout);
 }
 
+bool ArePanelsStacked() {
+  return Store().value(QStringLiteral("window/stacked")).toBool();
+}
+
+void SetPanelsStacked(bool stacked) {
+  Store().setValue(QStringLiteral("window/stacked"), stacked);
+}
+
 bool IsDark() {
   return Store().value(QStringLiteral("theme")).toString() == QLatin1String("dark");
 }
@@ -102,6 +110,22 @@ int GetTimeDisplay(bool ofSources) {
 
 void SetTimeDisplay(bool ofSources, int number) {
   Store().setValue(TimeDisplayKey(ofSources), number);
+}
+
+bool IsMonitorGridShown() {
+  return Store().value(QStringLiteral("monitor/grid"), false).toBool();
+}
+
+void SetMonitorGridShown(bool shown) {
+  Store().setValue(QStringLiteral("monitor/grid"), shown);
+}
+
+bool IsMonitorSafeAreaShown() {
+  return Store().value(QStringLiteral("monitor/safeArea"), false).toBool();
+}
+
+void SetMonitorSafeAreaShown(bool shown) {
+  Store().setValue(QStringLiteral("monitor/safeArea"), shown);
 }
 
 QString GetFolder() {

@@ -25,6 +25,10 @@ QByteArray GetGeometry();
 QByteArray GetLayout();
 void SetWindow(const QByteArray& geometry, const QByteArray& layout);
 
+// Whether the docks of panels are columns that scroll.
+bool ArePanelsStacked();
+void SetPanelsStacked(bool stacked);
+
 bool IsDark();
 void SetDark(bool dark);
 // A language code; empty for that of the system.
@@ -39,6 +43,12 @@ void SetImportFormat(const std::string& family, int channel);
 // The number of the time display chosen for sources, or for sequences; that of the invalid display at first.
 int GetTimeDisplay(bool ofSources);
 void SetTimeDisplay(bool ofSources, int number);
+
+// What is drawn over the monitor's picture.
+bool IsMonitorGridShown();
+void SetMonitorGridShown(bool shown);
+bool IsMonitorSafeAreaShown();
+void SetMonitorSafeAreaShown(bool shown);
 
 // Where files were last chosen; the home folder at first.
 QString GetFolder();
