@@ -3,10 +3,13 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QUrl>
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 #include "App/session/Exports.h"
@@ -42,6 +45,26 @@ QString AllFilter() {
 // The suffix that goes with a file's kind, unless the user typed one.
 QString WithSuffix(const QString& file, const QString& suffix) {
   return file.isEmpty() || !QFileInfo(file).suffix().isEmpty() ? file : file + suffix;
+}
+
+// The file dialog has asked about the name that was chosen, and knows nothing of the ones made of it.
+bool MayReplace(QWidget* parent, const std::vector<ExportTarget>& targets, const fs::path& chosen) {
+  std::vector<ExportTarget> there;
+  std::error_code error;
+  std::copy_if(targets.begin(), targets.end(), std::back_inserter(there),
+               [&](const ExportTarget& target) { return target.path != chosen && fs::exists(target.path, error); });
+  if (there.empty())
+    return true;
+  std::string names;
+  for (const ExportTarget& target : there)
+    names += (names.empty() ? "" : ", ") + target.path.filename().string();
+  QMessageBox box(parent);
+  box.setWindowTitle(Label("$$$/Vidra/Captivo/Replace/Title=Replace Files"));
+  box.setText(Label("$$$/Vidra/Captivo/Replace/Question=There are such files already: {1}. Replace them?", {names}));
+  QPushButton* replace = box.addButton(Label("$$$/Vidra/Captivo/Button/Replace=Replace"), QMessageBox::DestructiveRole);
+  box.setDefaultButton(box.addButton(Label("$$$/Vidra/Captivo/Button/Cancel=Cancel"), QMessageBox::RejectRole));
+  box.exec();
+  return box.clickedButton() == replace;
 }
 
 } // namespace
@@ -207,6 +230,7 @@ void MainWindow::ExportCaptions() {
                                    QDir(settings::GetFolder()).filePath(name), subRip + ";;" + webVTT, &filter);
   if (file.isEmpty())
     return;
+  const fs::path chosen = ToPath(file);
   const bool asWebVTT = file.endsWith(QLatin1String(".vtt"), Qt::CaseInsensitive) ||
                         (filter == webVTT && !file.endsWith(QLatin1String(".srt"), Qt::CaseInsensitive));
   // The language in a name is no ending.
@@ -215,6 +239,13 @@ void MainWindow::ExportCaptions() {
       !preset.language.empty() && file.endsWith(QLatin1Char('.') + QString::fromStdString(preset.language));
   file = endsInLanguage ? file + ending : WithSuffix(file, ending);
   settings::SetFolderOf(file);
+  const auto targets = FindExportTargets(clip, stream, ToPath(file), preset);
+  if (!targets) {
+    ShowProblem(targets.problem);
+    return;
+  }
+  if (!MayReplace(this, *targets.value, chosen))
+    return;
 
   Result<std::vector<ExportReport>> result;
   const bool finished = RunBusy([&](const Progress& progress) {
