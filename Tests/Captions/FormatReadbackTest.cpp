@@ -174,6 +174,23 @@ TEST_F(FormatReadback, FollowsTheCaretThroughTheText) {
   EXPECT_TRUE(Inspector::ItalicButton(View()).GetValue());
 }
 
+TEST_F(FormatReadback, OfSeveralCaptionsTheWholeIsShownWhereverTheCaretStood) {
+  Span italic;
+  italic.italic = true;
+  ShowOpen({MakeLook(1, u"Hello", {{0, Span()}, {2, italic}}), MakeLook(3, u"there", {{0, Span()}, {4, Sized(30)}})});
+  SelectPart(1, {3, 4});
+  ASSERT_TRUE(Inspector::ItalicButton(View()).GetValue());
+  Pane().SelectAllCaptions();
+  EXPECT_FALSE(Inspector::ItalicButton(View()).GetValue());
+  EXPECT_TRUE(Inspector::FontSizeControl(View())->IsValueUnknown());
+  SelectPart(1, {3, 4});
+  Click(1);
+  SelectPart(1, {3, 4});
+  Click(3, 4);
+  EXPECT_FALSE(Inspector::ItalicButton(View()).GetValue());
+  EXPECT_TRUE(Inspector::FontSizeControl(View())->IsValueUnknown());
+}
+
 TEST_F(FormatReadback, OpenControlsAreReadInTheirOrder) {
   TD::SetTitlerFontList({{u"Alpha", {Face(u"Regular")}}, {u"Beta", {Face(u"Regular")}}});
   ShowOpen({MakeLook(1, OfFamily(u"Alpha"))});
