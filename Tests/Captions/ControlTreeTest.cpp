@@ -1,4 +1,8 @@
-#include <typeindex>
+#include <map>
+#include <set>
+
+#include <QAbstractButton>
+#include <QApplication>
 
 #include "Captions/contracts/StreamFormat.h"
 #include "Captions/view/CaptionsView.h"
@@ -264,6 +268,103 @@ TEST_F(ControlTree, TheTextColourIsUnderEditAtFirst) {
   EXPECT_TRUE(Inspector::TextColorButton(View()).GetValue());
   EXPECT_FALSE(Inspector::BackgroundColorButton(View()).GetValue());
   EXPECT_FALSE(Inspector::EdgeColorButton(View()).GetValue());
+}
+
+TEST_F(ControlTree, ControlsAreMadeInTheOrderOfTheirRowsAndTheBottomRowLast) {
+  CreateOnly();
+  std::vector<nlohmann::json> places;
+  for (const auto& call : zebcore::trace::Take()) {
+    const bool isHalf = call.args.contains("class") && call.args.at("class") == "UIF::ColorPickerHalf";
+    if (call.call == "UI_Node::UI_SetLocalRectF" && !isHalf)
+      places.push_back(call.args.at("rect"));
+  }
+  const auto at = [](double x, double y, double width, double height) { return nlohmann::json({x, y, width, height}); };
+  EXPECT_EQ(
+      places,
+      (std::vector<nlohmann::json>{
+          at(3, 3, 167, 19),    at(171, 3, 55, 19),  at(226, 3, 149, 19), at(171, 3, 30, 19),  at(205, 3, 30, 19),
+          at(171, 3, 55, 19),   at(226, 3, 149, 19), at(171, 3, 100, 19), at(275, 3, 40, 19),  at(319, 3, 40, 19),
+          at(319, 3, 70, 19),   at(365, 3, 40, 19),  at(409, 3, 40, 19),  at(455, 3, 40, 19),  at(500, 3, 20, 19),
+          at(600, 3, 100, 19),  at(680, 3, 100, 19), at(0, 33, 32, 19),   at(34, 33, 99, 19),  at(145, 32, 20, 20),
+          at(170, 32, 20, 20),  at(195, 32, 20, 20), at(225, 32, 2, 20),  at(230, 32, 20, 20), at(238, 32, 20, 20),
+          at(263, 32, 20, 20),  at(288, 32, 20, 20), at(318, 32, 2, 20),  at(326, 32, 20, 20), at(346, 32, 20, 20),
+          at(366, 32, 20, 20),  at(391, 32, 20, 20), at(416, 32, 20, 20), at(319, 3, 40, 19),  at(476, 32, 10, 20),
+          at(501, 32, 2, 20),   at(506, 32, 20, 20), at(536, 32, 10, 20), at(551, 32, 30, 20), at(576, 32, 10, 20),
+          at(591, 32, 30, 20),  at(621, 32, 20, 20), at(646, 32, 10, 20), at(676, 32, 36, 20), at(701, 32, 10, 20),
+          at(741, 32, 10, 20),  at(771, 32, 36, 20), at(796, 32, 10, 20), at(20, 670, 88, 18), at(120, 670, 88, 18),
+          at(408, 670, 88, 18), at(504, 670, 88, 18)}));
+}
+
+TEST_F(ControlTree, LabelsThatStandBeforeTheirPopupsAndTheSizeOfTheGridAreFlushRight) {
+  CreateOnly();
+  const std::set<std::string> flushRight = {"StreamLabel", "GridLabel", "GridSizeText", "FontLabel",
+                                            "CaptionTypeLabel"};
+  for (const NodeRow& row : NodeRows()) {
+    if (const auto* label = dynamic_cast<UI_StaticText*>(row.find(View()))) {
+      EXPECT_EQ(label->GetAlignment() == kControlAlignment_Right, flushRight.count(row.field) == 1) << row.field;
+    }
+  }
+}
+
+TEST_F(ControlTree, ThePopupOfTheDisplayTypesAloneIsNotDisabledAsItIsMade) {
+  CreateOnly();
+  std::vector<nlohmann::json> disabled;
+  nlohmann::json place;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.call == "View::Enable")
+      break; // the first pass over all of them
+    if (call.call == "UI_Node::UI_SetLocalRectF")
+      place = call.args.at("rect");
+    else if (call.call == "UI_ControlView::SetDisabled" && call.args.at("disabled") == true)
+      disabled.push_back(place);
+  }
+  using Json = nlohmann::json;
+  EXPECT_EQ(disabled, (std::vector<Json>{Json({226.0, 3.0, 149.0, 19.0}), Json({226.0, 3.0, 149.0, 19.0}),
+                                         Json({171.0, 3.0, 100.0, 19.0}), Json({319.0, 3.0, 70.0, 19.0}),
+                                         Json({600.0, 3.0, 100.0, 19.0}), Json({680.0, 3.0, 100.0, 19.0})}));
+}
+
+TEST_F(ControlTree, TheHeightBeginsWithAMixedEntryThatTheFirstCaptionTakesAway) {
+  CreateOnly();
+  auto& heights = *Inspector::DoubleHeightPopup(View());
+  ASSERT_EQ(heights.Size(), 3);
+  EXPECT_EQ(heights.GetItemString(0), u"Normal");
+  EXPECT_EQ(heights.GetItemString(1), u"Double");
+  EXPECT_EQ(heights.GetItemString(2), u"Mixed");
+  EXPECT_EQ(heights.GetValue(), 0);
+  clip = AddClip();
+  AddStream(clip, MakeCaptions({1}), kEbuN19);
+  SelectClip(clip);
+  EXPECT_EQ(heights.Size(), 2);
+}
+
+TEST_F(ControlTree, TheSwatchIsMadeBlueAndThenShowsTheColourUnderEdit) {
+  CreateOnly();
+  std::vector<nlohmann::json> colors;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.call == "UI_Swatch::SetValue")
+      colors.push_back(call.args.at("value"));
+  }
+  ASSERT_EQ(colors.size(), 2U);
+  EXPECT_EQ(colors[0], nlohmann::json({0.0, 0.0, 1.0, 1.0}));
+  bool isUniform = false;
+  zebcaptioning::CaptioningColor color;
+  Inspector::FormatInfo(View())->GetColor(zebcaptioning::CaptioningColor::kColorType_Text, color, isUniform);
+  EXPECT_EQ(colors[1], nlohmann::json({color.red, color.green, color.blue, color.alpha}));
+}
+
+TEST_F(ControlTree, AClickOnAPictureButtonLeavesTheFocusInTheText) {
+  CreateOnly();
+  std::map<std::string, Qt::FocusPolicy> policies;
+  for (const QWidget* widget : QApplication::allWidgets()) {
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
+      policies[button->accessibleName().toStdString()] = button->focusPolicy();
+  }
+  for (const ButtonRow& row : ButtonRows()) {
+    const auto found = policies.find(zebcore::ToUTF8(row.toolTip));
+    ASSERT_NE(found, policies.end()) << row.field;
+    EXPECT_EQ(found->second, Qt::TabFocus) << row.field << " takes the focus by the keyboard only";
+  }
 }
 
 TEST_F(ControlTree, ControlsComeOnShowByTheStreamFormat) {
