@@ -61,8 +61,8 @@ class Colors : public FormatStage {
       zebcaptioning::OverrideFacts(format, std::nullopt);
   }
 
-  void ShowClosed(const std::vector<SetLook>& looks, StreamFormat format = k608) { Show(format, MakeLooks(looks)); }
-  void ShowOpen(const std::vector<SetLook>& looks) { Show(kOpenTrack1, MakeLooks(looks)); }
+  void ShowClosed(const std::vector<SetLook>& looks) { FormatStage::ShowClosed(MakeLooks(looks)); }
+  void ShowOpen(const std::vector<SetLook>& looks) { FormatStage::ShowOpen(MakeLooks(looks)); }
   void Edit(int command) {
     Command(command);
     zebcore::trace::Take();
@@ -109,7 +109,6 @@ class Colors : public FormatStage {
             static_cast<float>(color.blue) / 255.0F, 1.0F};
   }
 
-  void SelectNothing() { Pane().DispatchLeftButtonUp({10, 600}, UIF::KeyModifiers()); }
   // Of the background.
   static CaptioningColor ColorOf(const zebcaptioning::CaptionFormatInfo& info) {
     CaptioningColor color;
@@ -186,7 +185,7 @@ TEST_F(Colors, AMenuClosedWithoutAChoiceChangesNothing) {
   ShowClosed({TextIn(kRed)});
   ChooseInMenu(0);
   EXPECT_EQ(TakeApplied(), Parameters{});
-  EXPECT_EQ(LookOf(1).textColor, kRed);
+  EXPECT_EQ(Look(1).textColor, kRed);
 }
 
 TEST_F(Colors, AChosenColourGoesToTheSelection) {
@@ -196,8 +195,8 @@ TEST_F(Colors, AChosenColourGoesToTheSelection) {
   zebcore::trace::Take();
   ChooseInMenu(green);
   EXPECT_EQ(TakeApplied(), Parameters{8});
-  EXPECT_EQ(LookOf(1).textColor, kGreen);
-  EXPECT_EQ(LookOf(3).textColor, kGreen);
+  EXPECT_EQ(Look(1).textColor, kGreen);
+  EXPECT_EQ(Look(3).textColor, kGreen);
   EXPECT_EQ(Swatch(), (UnManagedRGBA{0, 1, 0, 1}));
 }
 
@@ -210,7 +209,7 @@ TEST_F(Colors, ANamelessEntryIsASeparatorThatKeepsItsNumber) {
   ASSERT_EQ(Menu().size(), 3U);
   EXPECT_TRUE(Menu()[1].separator);
   EXPECT_EQ(Menu()[1].id, 2);
-  EXPECT_EQ(LookOf(1).textColor, kRed);
+  EXPECT_EQ(Look(1).textColor, kRed);
 }
 
 TEST_F(Colors, AFormatWithoutColoursShowsNoMenu) {
@@ -248,28 +247,28 @@ TEST_F(Colors, AChosenOpacityKeepsTheColour) {
   zebcore::trace::Take();
   ChooseInMenu(half);
   EXPECT_EQ(TakeApplied(), Parameters{9});
-  EXPECT_EQ(LookOf(1).backgroundColor, WithAlpha(kBlue, 0.5F));
+  EXPECT_EQ(Look(1).backgroundColor, WithAlpha(kBlue, 0.5F));
 }
 
 TEST_F(Colors, AColourOverAVisibleOneKeepsTheOpacity) {
   ShowClosed({BackgroundIn(WithAlpha(kBlue, 0.5F))});
   Edit(kCommand_Background);
   ChooseInMenu(ID(u"Red"));
-  EXPECT_EQ(LookOf(1).backgroundColor, WithAlpha(kRed, 0.5F));
+  EXPECT_EQ(Look(1).backgroundColor, WithAlpha(kRed, 0.5F));
 }
 
 TEST_F(Colors, AColourOverAnInvisibleOneBringsItsOwnOpacity) {
   ShowClosed({BackgroundIn(kNone)});
   Edit(kCommand_Background);
   ChooseInMenu(ID(u"Red"));
-  EXPECT_EQ(LookOf(1).backgroundColor, kRed);
+  EXPECT_EQ(Look(1).backgroundColor, kRed);
 }
 
 TEST_F(Colors, AnInvisibleChoiceIsAllZeroAndShowsTheWindow) {
   ShowClosed({BackgroundIn(kBlue)});
   Edit(kCommand_Background);
   ChooseInMenu(ID(u"Transparent"));
-  EXPECT_EQ(LookOf(1).backgroundColor, kNone);
+  EXPECT_EQ(Look(1).backgroundColor, kNone);
   EXPECT_EQ(Swatch(), WindowRGBA());
 }
 
@@ -300,8 +299,8 @@ TEST_F(Colors, WithNothingSelectedAColourStaysInTheFormatOnShow) {
 }
 
 TEST_F(Colors, EveryClosedFormatOffersWhatItAllows) {
-  for (const StreamFormat format : {k608, k708, kTeletext, kEbuN19, kAustralian}) {
-    ShowClosed({TextIn(kRed)}, format);
+  for (const StreamFormat format : {k608, kService1, kTeletextPage1, kEbuTrack1, kAustralianPage1}) {
+    ShowStream(format, MakeLooks({TextIn(kRed)}));
     for (const int command : {kCommand_Text, kCommand_Background}) {
       Edit(command);
       ChooseInMenu(0);
@@ -315,7 +314,7 @@ TEST_F(Colors, EveryClosedFormatOffersWhatItAllows) {
       int id = 0;
       for (const auto& [color, name] : colors) {
         ChooseInMenu(++id);
-        const auto& look = LookOf(1);
+        const Span& look = Look(1);
         EXPECT_EQ(isBackground ? look.backgroundColor : look.textColor, color) << zebcore::ToUTF8(name);
       }
     }
@@ -329,7 +328,7 @@ TEST_F(Colors, APickedColourKeepsTheOpacity) {
   Edit(kCommand_Background);
   Pick({51, 102, 255});
   EXPECT_EQ(TakeApplied(), Parameters{9});
-  EXPECT_EQ(LookOf(1).backgroundColor, (CaptioningColor{51 / 255.0F, 102 / 255.0F, 1.0F, 0.25F}));
+  EXPECT_EQ(Look(1).backgroundColor, (CaptioningColor{51 / 255.0F, 102 / 255.0F, 1.0F, 0.25F}));
   EXPECT_EQ(Picker().GetColor(), (UIF::Color{51, 102, 255}));
 }
 
@@ -337,7 +336,7 @@ TEST_F(Colors, APickedTextColourLeavesAnInvisibleTextInvisible) {
   ShowOpen({TextIn(WithAlpha(kBlue, 0.0F))});
   Pick({255, 0, 0});
   EXPECT_EQ(TakeApplied(), Parameters{8});
-  EXPECT_EQ(LookOf(1).textColor, WithAlpha(kRed, 0.0F));
+  EXPECT_EQ(Look(1).textColor, WithAlpha(kRed, 0.0F));
 }
 
 TEST_F(Colors, APickedEdgeColourMakesTheEdgeATenthOfTheFontSizeWhateverItWas) {
@@ -345,12 +344,12 @@ TEST_F(Colors, APickedEdgeColourMakesTheEdgeATenthOfTheFontSizeWhateverItWas) {
   Edit(kCommand_Edge);
   Pick({0, 255, 0});
   EXPECT_EQ(TakeApplied(), Parameters{10});
-  EXPECT_EQ(LookOf(1).edgeColor, kGreen);
-  EXPECT_EQ(LookOf(1).edgeWidth, 3.0F);
+  EXPECT_EQ(Look(1).edgeColor, kGreen);
+  EXPECT_EQ(Look(1).edgeWidth, 3.0F);
   Click(3);
   Pick({255, 0, 0});
-  EXPECT_EQ(LookOf(3).edgeColor, kRed) << "an edge that could not be seen is opaque";
-  EXPECT_EQ(LookOf(3).edgeWidth, 3.0F);
+  EXPECT_EQ(Look(3).edgeColor, kRed) << "an edge that could not be seen is opaque";
+  EXPECT_EQ(Look(3).edgeWidth, 3.0F);
 }
 
 TEST_F(Colors, ThePickersSwatchAsksForAColour) {
@@ -359,7 +358,7 @@ TEST_F(Colors, ThePickersSwatchAsksForAColour) {
   Picker().ClickSwatch();
   ASSERT_EQ(asked.size(), 1U);
   EXPECT_EQ(asked.front(), (UIF::Color{0, 0, 255}));
-  EXPECT_EQ(LookOf(1).textColor, kRed);
+  EXPECT_EQ(Look(1).textColor, kRed);
   EXPECT_EQ(Picker().GetColor(), (UIF::Color{255, 0, 0}));
 }
 
@@ -367,7 +366,7 @@ TEST_F(Colors, ACancelledDialogGoesOnWithTheColourOnShow) {
   ShowOpen({TextIn(kBlue)});
   Picker().ClickSwatch();
   EXPECT_EQ(TakeApplied(), Parameters{8});
-  EXPECT_EQ(LookOf(1).textColor, kBlue);
+  EXPECT_EQ(Look(1).textColor, kBlue);
 }
 
 TEST_F(Colors, TheSwatchTakesTheColourBeforeItIsApplied) {
@@ -395,8 +394,8 @@ TEST_F(Colors, WhileTheEyedropperIsOutOneColourStaysInThePicker) {
   const UIF::Color green{0, 255, 0};
   Picker().EndEyedropper(&green);
   EXPECT_FALSE(Inspector::EyedropperActive(View()));
-  EXPECT_EQ(LookOf(1).textColor, kGreen);
-  EXPECT_EQ(LookOf(5).textColor, kGreen);
+  EXPECT_EQ(Look(1).textColor, kGreen);
+  EXPECT_EQ(Look(5).textColor, kGreen);
   EXPECT_EQ(Picker().GetColor(), green);
 }
 
@@ -426,9 +425,17 @@ TEST_F(Colors, AnOpacityIsStoredAndShownWithoutRounding) {
   Edit(kCommand_Background);
   Opacity().Enter(37.0);
   EXPECT_EQ(TakeApplied(), Parameters{12});
-  EXPECT_EQ(LookOf(1).backgroundColor, WithAlpha(kBlue, 37.0F / 100.0F));
+  EXPECT_EQ(Look(1).backgroundColor, WithAlpha(kBlue, 37.0F / 100.0F));
   EXPECT_EQ(Opacity().GetValue(), static_cast<double>(37.0F / 100.0F * 100.0F));
   EXPECT_EQ(Opacity().GetText(), u"37");
+}
+
+TEST_F(Colors, TheOpacityOfTheTextIsAppliedAsItsOwn) {
+  ShowOpen({TextIn(kBlue)});
+  Opacity().SetDisabled(false);
+  Opacity().Enter(50.0);
+  EXPECT_EQ(TakeApplied(), Parameters{11});
+  EXPECT_EQ(Look(1).textColor, WithAlpha(kBlue, 0.5F));
 }
 
 TEST_F(Colors, AnOpacityOnItsWayChangesNothing) {
@@ -446,8 +453,8 @@ TEST_F(Colors, TheFirstOpacityOfAnEdgeMakesItsWidthAndColourFirst) {
   Edit(kCommand_Edge);
   Opacity().Enter(50.0);
   EXPECT_EQ(TakeApplied(), (Parameters{14, 10, 13}));
-  EXPECT_EQ(LookOf(1).edgeWidth, 3.0F);
-  EXPECT_EQ(LookOf(1).edgeColor, WithAlpha(kRed, 0.5F)) << "red, as none was seen before";
+  EXPECT_EQ(Look(1).edgeWidth, 3.0F);
+  EXPECT_EQ(Look(1).edgeColor, WithAlpha(kRed, 0.5F)) << "red, as none was seen before";
 }
 
 TEST_F(Colors, TheOpacityOfAnEdgeThatIsThereIsOneApplication) {
@@ -455,8 +462,8 @@ TEST_F(Colors, TheOpacityOfAnEdgeThatIsThereIsOneApplication) {
   Edit(kCommand_Edge);
   Opacity().Enter(50.0);
   EXPECT_EQ(TakeApplied(), Parameters{13});
-  EXPECT_EQ(LookOf(1).edgeWidth, 1.0F);
-  EXPECT_EQ(LookOf(1).edgeColor, WithAlpha(kBlue, 0.5F));
+  EXPECT_EQ(Look(1).edgeWidth, 1.0F);
+  EXPECT_EQ(Look(1).edgeColor, WithAlpha(kBlue, 0.5F));
 }
 
 TEST_F(Colors, ANewEdgeTakesTheLastColourThatWasSeen) {
@@ -464,7 +471,7 @@ TEST_F(Colors, ANewEdgeTakesTheLastColourThatWasSeen) {
   Edit(kCommand_Edge);
   Click(3);
   Opacity().Enter(100.0);
-  EXPECT_EQ(LookOf(3).edgeColor, kBlue);
+  EXPECT_EQ(Look(3).edgeColor, kBlue);
 }
 
 TEST_F(Colors, ABlackEdgeIsNotRemembered) {
@@ -472,14 +479,14 @@ TEST_F(Colors, ABlackEdgeIsNotRemembered) {
   Edit(kCommand_Edge);
   Click(3);
   Inspector::EdgeWidthControl(View())->Enter(2.0);
-  EXPECT_EQ(LookOf(3).edgeColor, kRed);
+  EXPECT_EQ(Look(3).edgeColor, kRed);
 }
 
 TEST_F(Colors, ANewEdgeIsNeverInvisible) {
   ShowOpen({EdgeIn(kNone, 0.0F)});
   Inspector::LastEdgeColor(View()) = WithAlpha(kBlue, 0.0F);
   Inspector::EdgeWidthControl(View())->Enter(2.0);
-  EXPECT_EQ(LookOf(1).edgeColor, kBlue);
+  EXPECT_EQ(Look(1).edgeColor, kBlue);
 }
 
 // --- What is shown

@@ -1,5 +1,4 @@
 #include "FormatStage.h"
-#include "TD/TitlerFontList.h"
 
 namespace Captivo::Testing {
 
@@ -48,9 +47,8 @@ class Fonts : public FormatStage {
                            Family(u"Single", {u"Regular"}), Family(u"Wide", {u"Regular", u"Wide", u"Bold Extended"}),
                            Family(u"Stout", {u"Regular", u"Bold"}), pictures, upright, twins});
   }
-  ~Fonts() override { TD::SetTitlerFontList({}); }
 
-  void ShowCaptions(const std::vector<SetLook>& looks) { Show(kOpenTrack1, MakeLooks(looks)); }
+  void ShowCaptions(const std::vector<SetLook>& looks) { ShowOpen(MakeLooks(looks)); }
   zebui::controls::UI_Popup& Families() { return *Inspector::FontFamilyPopup(View()); }
   zebui::controls::UI_Popup& Weights() { return *Inspector::FontWeightPopup(View()); }
   static Names Items(const zebui::controls::UI_Popup& popup) {
@@ -111,7 +109,7 @@ TEST_F(Fonts, AFamilyThatTheListLacksLeavesWeightsAndButtonsAsTheyWere) {
   Families().AddItem(u"Gone");
   EXPECT_FALSE(Inspector::BoldAllowed(View()));
   Choose(Families(), u"Gone");
-  EXPECT_EQ(LookOf(1).family, u"Gone");
+  EXPECT_EQ(Look(1).family, u"Gone");
   EXPECT_EQ(Items(Weights()), (Names{"Regular", "Bold"}));
   EXPECT_EQ(Inspector::FamilyFonts(View()).front()->fullName, u"Pictures Regular");
   EXPECT_FALSE(Inspector::BoldAllowed(View()));
@@ -183,7 +181,7 @@ TEST_F(Fonts, DemiBoldIsNotBoldAndGivesWayWhenBoldIsSwitchedOn) {
   zebcore::trace::Take();
   Choose(Weights(), u"Demi Bold");
   EXPECT_EQ(TakeApplied(), std::vector<int>{});
-  EXPECT_FALSE(LookOf(1).bold);
+  EXPECT_FALSE(Look(1).bold);
   ToggleBold();
   ExpectWeight(u"Bold");
 }
@@ -210,7 +208,7 @@ TEST_F(Fonts, BoldWithoutABoldFaceShowsTheFirstFaceWhileTheCaptionStaysBold) {
   ShowCaptions({In(u"Single")});
   ToggleBold();
   ExpectWeight(u"Regular");
-  EXPECT_TRUE(LookOf(1).bold);
+  EXPECT_TRUE(Look(1).bold);
   EXPECT_TRUE(Inspector::BoldButton(View()).GetValue());
 }
 
@@ -225,7 +223,7 @@ TEST_F(Fonts, RegularTurnedItalicWithoutSuchAFaceShowsTheFirstFace) {
   ShowCaptions({In(u"Stout")});
   ToggleItalic();
   ExpectWeight(u"Regular");
-  EXPECT_TRUE(LookOf(1).italic);
+  EXPECT_TRUE(Look(1).italic);
 }
 
 TEST_F(Fonts, MixedBoldInOneFamilyShowsMultipleAndStaysOpenToChoice) {
@@ -272,9 +270,9 @@ TEST_F(Fonts, AFamilyThatLacksTheStyleTakesItFromTheSelectionInOneStep) {
   Choose(Families(), u"Single");
   EXPECT_EQ(TakeApplied(), std::vector<int>{4});
   for (const double begin : {1.0, 3.0}) {
-    EXPECT_EQ(LookOf(begin).family, u"Single");
-    EXPECT_FALSE(LookOf(begin).bold);
-    EXPECT_FALSE(LookOf(begin).italic);
+    EXPECT_EQ(Look(begin).family, u"Single");
+    EXPECT_FALSE(Look(begin).bold);
+    EXPECT_FALSE(Look(begin).italic);
   }
   EXPECT_FALSE(Inspector::BoldButton(View()).GetValue());
   EXPECT_FALSE(Inspector::ItalicButton(View()).GetValue());
@@ -285,8 +283,8 @@ TEST_F(Fonts, AFamilyThatHasTheStyleLeavesBoldAndItalic) {
   zebcore::trace::Take();
   Choose(Families(), u"Stout");
   EXPECT_EQ(TakeApplied(), std::vector<int>{4});
-  EXPECT_EQ(LookOf(1).family, u"Stout");
-  EXPECT_TRUE(LookOf(1).bold);
+  EXPECT_EQ(Look(1).family, u"Stout");
+  EXPECT_TRUE(Look(1).bold);
   ExpectWeight(u"Bold");
 }
 
@@ -294,49 +292,49 @@ TEST_F(Fonts, OnlyTheFlagThatTheNewFamilyLacksIsForced) {
   ShowCaptions({In(u"Plain", true, true)});
   Choose(Families(), u"Stout");
   // No face is both: the first one is taken, which is neither.
-  EXPECT_FALSE(LookOf(1).bold);
-  EXPECT_FALSE(LookOf(1).italic);
+  EXPECT_FALSE(Look(1).bold);
+  EXPECT_FALSE(Look(1).italic);
   ShowCaptions({In(u"Plain", false, true)});
   Choose(Families(), u"Rich");
   EXPECT_EQ(Inspector::FontStyleName(View()), u"Light Italic");
-  EXPECT_TRUE(LookOf(1).italic);
-  EXPECT_FALSE(LookOf(1).bold);
+  EXPECT_TRUE(Look(1).italic);
+  EXPECT_FALSE(Look(1).bold);
 }
 
 TEST_F(Fonts, AFamilyChosenOverMixedBoldMakesAllCaptionsAlike) {
   ShowCaptions({In(u"Plain"), In(u"Plain", true)});
   SelectAll();
   Choose(Families(), u"Stout");
-  EXPECT_FALSE(LookOf(1).bold);
-  EXPECT_FALSE(LookOf(3).bold);
-  EXPECT_EQ(LookOf(3).family, u"Stout");
+  EXPECT_FALSE(Look(1).bold);
+  EXPECT_FALSE(Look(3).bold);
+  EXPECT_EQ(Look(3).family, u"Stout");
 }
 
 TEST_F(Fonts, AWeightThatIsBoldAndItalicChangesBothInOneApplication) {
   ShowCaptions({In(u"Plain")});
   Choose(Weights(), u"Bold Italic");
   EXPECT_EQ(TakeApplied(), std::vector<int>{3});
-  EXPECT_TRUE(LookOf(1).bold);
-  EXPECT_TRUE(LookOf(1).italic);
+  EXPECT_TRUE(Look(1).bold);
+  EXPECT_TRUE(Look(1).italic);
   EXPECT_TRUE(Inspector::BoldButton(View()).GetValue());
   EXPECT_TRUE(Inspector::ItalicButton(View()).GetValue());
 }
 
-TEST_F(Fonts, AWeightThatIsBoldAloneLeavesItalicMixedAsItWasNot) {
+TEST_F(Fonts, AWeightThatIsBoldAloneTakesItalicFromAMixedSelection) {
   ShowCaptions({In(u"Plain"), In(u"Plain", false, true)});
   SelectAll();
   Choose(Weights(), u"Bold");
   EXPECT_EQ(TakeApplied(), std::vector<int>{3});
-  EXPECT_TRUE(LookOf(1).bold);
-  EXPECT_FALSE(LookOf(3).italic) << "a mixed flag counts as changed";
+  EXPECT_TRUE(Look(1).bold);
+  EXPECT_FALSE(Look(3).italic) << "a mixed flag counts as changed";
 }
 
 TEST_F(Fonts, AWeightThatIsItalicAloneChangesItalicAlone) {
   ShowCaptions({In(u"Plain")});
   Choose(Weights(), u"Italic");
   EXPECT_EQ(TakeApplied(), std::vector<int>{2});
-  EXPECT_TRUE(LookOf(1).italic);
-  EXPECT_FALSE(LookOf(1).bold);
+  EXPECT_TRUE(Look(1).italic);
+  EXPECT_FALSE(Look(1).bold);
 }
 
 TEST_F(Fonts, AnotherWeightOfTheSameFlagsChangesNoCaption) {

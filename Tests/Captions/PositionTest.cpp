@@ -55,7 +55,7 @@ class Position : public FormatStage {
 // --- Closed captions
 
 TEST_F(Position, ColumnsRunFromOneToAllWithoutALineWidth) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   EXPECT_EQ(Inspector::MaxPositionX(View()), 31);
   ExpectRange(ClosedX(), 1, 32);
   EXPECT_EQ(ClosedX().GetValue(), 5);
@@ -63,7 +63,7 @@ TEST_F(Position, ColumnsRunFromOneToAllWithoutALineWidth) {
 }
 
 TEST_F(Position, AComputedLineWidthLeavesFewerColumnsAndAHeightFewerRows) {
-  Show(k608, MakePlaces({Sized(10, 2), Sized(0, 0), Sized(-5, 1)}));
+  ShowClosed(MakePlaces({Sized(10, 2), Sized(0, 0), Sized(-5, 1)}));
   EXPECT_EQ(Inspector::MaxPositionX(View()), 22);
   EXPECT_EQ(Inspector::MaxPositionY(View()), 13);
   ExpectRange(ClosedX(), 1, 23);
@@ -76,8 +76,8 @@ TEST_F(Position, AComputedLineWidthLeavesFewerColumnsAndAHeightFewerRows) {
 }
 
 TEST_F(Position, TeletextAndAustralianRowsAreShownAsTheyAreStored) {
-  for (const StreamFormat format : {kTeletext, kAustralian}) {
-    Show(format, MakePlaces({At(4, 7)}));
+  for (const StreamFormat format : {kTeletextPage1, kAustralianPage1}) {
+    ShowStream(format, MakePlaces({At(4, 7)}));
     EXPECT_EQ(Inspector::MinPositionY(View()), 1);
     EXPECT_EQ(Inspector::MaxPositionY(View()), 24);
     ExpectRange(ClosedY(), 1, 24);
@@ -89,14 +89,14 @@ TEST_F(Position, TeletextAndAustralianRowsAreShownAsTheyAreStored) {
 }
 
 TEST_F(Position, EbuRowsCountFromOne) {
-  Show(kEbuN19, MakePlaces({At(0, 7)}));
+  ShowStream(kEbuTrack1, MakePlaces({At(0, 7)}));
   EXPECT_EQ(ClosedY().GetValue(), 8);
   ClosedY().Enter(10.0);
   EXPECT_EQ(PlaceOf(1).y, 9);
 }
 
 TEST_F(Position, TypedCellsAreStoredFromZero) {
-  Show(k608, MakePlaces({At(4, 2), At(1, 1)}));
+  ShowClosed(MakePlaces({At(4, 2), At(1, 1)}));
   SelectAll();
   ClosedX().Enter(7.0);
   EXPECT_EQ(TakeApplied(), Parameters{15});
@@ -109,7 +109,7 @@ TEST_F(Position, TypedCellsAreStoredFromZero) {
 }
 
 TEST_F(Position, AFractionOfACellIsCutOff) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   ClosedX().Enter(7.9);
   EXPECT_EQ(PlaceOf(1).x, 6);
   ClosedY().Enter(6.9);
@@ -117,14 +117,14 @@ TEST_F(Position, AFractionOfACellIsCutOff) {
 }
 
 TEST_F(Position, ThePositionThatAllHaveIsNotAppliedAgain) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   ClosedX().Enter(5.0);
   ClosedY().Enter(3.0);
   EXPECT_EQ(TakeApplied(), Parameters{});
 }
 
 TEST_F(Position, TheSameNumberOverAMixedSelectionGoesToAll) {
-  Show(k608, MakePlaces({At(4, 2), At(6, 8)}));
+  ShowClosed(MakePlaces({At(4, 2), At(6, 8)}));
   SelectAll();
   EXPECT_TRUE(ClosedX().IsValueUnknown());
   EXPECT_TRUE(ClosedY().IsValueUnknown());
@@ -137,14 +137,14 @@ TEST_F(Position, TheSameNumberOverAMixedSelectionGoesToAll) {
 }
 
 TEST_F(Position, ANumberOnItsWayChangesNothing) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   const auto phases = {Changes::kChange_Started, Changes::kChange_Changed, Changes::kChange_Cancelled};
   for (const auto phase : phases) {
     ClosedX().Enter(9.0, phase);
     ClosedY().Enter(9.0, phase);
   }
   EXPECT_EQ(TakeApplied(), Parameters{});
-  Show(kOpenTrack1, MakePlaces({At(4, 2)}));
+  ShowOpen(MakePlaces({At(4, 2)}));
   for (const auto phase : phases) {
     OpenX().Enter(9.0, phase);
     OpenY().Enter(9.0, phase);
@@ -155,12 +155,12 @@ TEST_F(Position, ANumberOnItsWayChangesNothing) {
 // --- Open captions
 
 TEST_F(Position, OfOpenCaptionsIsInPercentOfTheFrame) {
-  Show(kOpenTrack1, MakePlaces({[](ParagraphStyleAttributes& place) {
-         place.x = 480;
-         place.y = 270;
-         place.lineWidth = 192;
-         place.blockHeight = 108;
-       }}));
+  ShowOpen(MakePlaces({[](ParagraphStyleAttributes& place) {
+    place.x = 480;
+    place.y = 270;
+    place.lineWidth = 192;
+    place.blockHeight = 108;
+  }}));
   ASSERT_EQ(Grid(), (PointT<int>{1920, 1080}));
   ExpectRange(OpenX(), 0, 90);
   ExpectRange(OpenY(), 0, 90);
@@ -169,7 +169,7 @@ TEST_F(Position, OfOpenCaptionsIsInPercentOfTheFrame) {
 }
 
 TEST_F(Position, TypedPercentsAreStoredToTheNearestPixel) {
-  Show(kOpenTrack1, MakePlaces({At(4, 2), At(7, 9)}));
+  ShowOpen(MakePlaces({At(4, 2), At(7, 9)}));
   SelectAll();
   EXPECT_TRUE(OpenX().IsValueUnknown());
   EXPECT_TRUE(OpenY().IsValueUnknown());
@@ -189,7 +189,7 @@ TEST_F(Position, TypedPercentsAreStoredToTheNearestPixel) {
 // --- Regions
 
 TEST_F(Position, ARegionInUnitsIsTheGridUntilTheNextStream) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   PublishArea({0, 0, 19.5F, 9.4F}, false);
   EXPECT_EQ(Grid(), (PointT<int>{20, 9}));
   ExpectRange(ClosedX(), 1, 20);
@@ -201,14 +201,14 @@ TEST_F(Position, ARegionInUnitsIsTheGridUntilTheNextStream) {
 }
 
 TEST_F(Position, ARegionInPercentIsThatShareOfTheFrame) {
-  Show(kOpenTrack1, MakePlaces({At(4, 2)}));
+  ShowOpen(MakePlaces({At(4, 2)}));
   PublishArea({10, 10, 80, 33.3F}, true);
   EXPECT_EQ(Grid(), (PointT<int>{1536, 360}));
   ExpectRange(OpenX(), 0, 1535.0 / 1536.0 * 100.0);
 }
 
 TEST_F(Position, ARegionThatIsEmptyOrNotTheSameForAllLeavesTheGrid) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   PublishArea({0, 0, 0, 9}, false);
   EXPECT_EQ(Grid(), (PointT<int>{32, 15}));
   PublishArea({0, 0, 20, 0}, false);
@@ -218,7 +218,7 @@ TEST_F(Position, ARegionThatIsEmptyOrNotTheSameForAllLeavesTheGrid) {
 }
 
 TEST_F(Position, ARegionInPercentOfNoFrameIsNoGrid) {
-  Show(k608, MakePlaces({At(4, 2)}));
+  ShowClosed(MakePlaces({At(4, 2)}));
   ASSERT_EQ(Inspector::FrameRect(View()), RectT<int>());
   PublishArea({0, 0, 80, 80}, true);
   EXPECT_EQ(Grid(), (PointT<int>{0, 0}));
@@ -226,7 +226,7 @@ TEST_F(Position, ARegionInPercentOfNoFrameIsNoGrid) {
 }
 
 TEST_F(Position, APercentOfNoGridIsNoNumberAndNothingCanBeEntered) {
-  Show(kOpenTrack1, MakePlaces({At(4, 2)}));
+  ShowOpen(MakePlaces({At(4, 2)}));
   Inspector::FrameRect(View()) = {};
   PublishArea({0, 0, 80, 80}, true);
   EXPECT_TRUE(std::isnan(OpenX().GetMinValue()));
@@ -240,8 +240,8 @@ TEST_F(Position, APercentOfNoGridIsNoNumberAndNothingCanBeEntered) {
 TEST_F(Position, EachAnchorMarksItsCell) {
   for (const StreamFormat format : {k608, kOpenTrack1}) {
     const bool isOpen = format == kOpenTrack1;
-    Show(format, MakePlaces({Anchored(0), Anchored(1), Anchored(2), Anchored(3), Anchored(4), Anchored(5), Anchored(6),
-                             Anchored(7), Anchored(8)}));
+    ShowStream(format, MakePlaces({Anchored(0), Anchored(1), Anchored(2), Anchored(3), Anchored(4), Anchored(5),
+                                   Anchored(6), Anchored(7), Anchored(8)}));
     for (int anchor = 0; anchor < 9; ++anchor) {
       Click(2 * anchor + 1);
       EXPECT_EQ((isOpen ? OpenGrid() : ClosedGrid())->GetValue(), (Cell{anchor % 3, anchor / 3}));
@@ -250,7 +250,7 @@ TEST_F(Position, EachAnchorMarksItsCell) {
 }
 
 TEST_F(Position, AnchorsOfNoCellClearTheGrid) {
-  Show(k608, MakePlaces({Anchored(4), Anchored(9), Anchored(-1), Anchored(-2)}));
+  ShowClosed(MakePlaces({Anchored(4), Anchored(9), Anchored(-1), Anchored(-2)}));
   for (const double begin : {3.0, 5.0, 7.0}) {
     Click(1);
     ASSERT_EQ(ClosedGrid()->GetValue(), (Cell{1, 1}));
@@ -260,7 +260,7 @@ TEST_F(Position, AnchorsOfNoCellClearTheGrid) {
 }
 
 TEST_F(Position, ACellSetsTheAnchorOfTheSelection) {
-  Show(k608, MakePlaces({Anchored(9), Anchored(4)}));
+  ShowClosed(MakePlaces({Anchored(9), Anchored(4)}));
   SelectAll();
   EXPECT_EQ(ClosedGrid()->GetValue(), (Cell{-1, -1}));
   zebcore::trace::Take();
@@ -272,13 +272,13 @@ TEST_F(Position, ACellSetsTheAnchorOfTheSelection) {
 }
 
 TEST_F(Position, TheSameCellAgainIsAppliedAgain) {
-  Show(kOpenTrack1, MakePlaces({Anchored(4)}));
+  ShowOpen(MakePlaces({Anchored(4)}));
   OpenGrid()->Choose({1, 1});
   EXPECT_EQ(TakeApplied(), Parameters{6});
 }
 
 TEST_F(Position, TheGridThatIsNotOnShowIsLeftAloneAndChangesNothing) {
-  Show(k608, MakePlaces({Anchored(7)}));
+  ShowClosed(MakePlaces({Anchored(7)}));
   EXPECT_EQ(ClosedGrid()->GetValue(), (Cell{1, 2}));
   EXPECT_EQ(OpenGrid()->GetValue(), (Cell{0, 0}));
   OpenGrid()->SetDisabled(false);
@@ -296,7 +296,7 @@ TEST_F(Position, TheGridThatIsNotOnShowIsLeftAloneAndChangesNothing) {
 }
 
 TEST_F(Position, AGridWithoutAMarkThatReportsAChangeIsAnchorNine) {
-  Show(k608, MakePlaces({Anchored(4)}));
+  ShowClosed(MakePlaces({Anchored(4)}));
   // The report of a listener that was called before the bar and cleared the mark.
   zebui::controls::UI_PositionGridControl& grid = *ClosedGrid();
   grid.SetValue({-1, -1});
@@ -306,7 +306,7 @@ TEST_F(Position, AGridWithoutAMarkThatReportsAChangeIsAnchorNine) {
 }
 
 TEST_F(Position, WithoutAGridNothingIsShownAndTheAnchorIsNine) {
-  Show(k608, MakePlaces({Anchored(4)}));
+  ShowClosed(MakePlaces({Anchored(4)}));
   const auto kept = ClosedGrid();
   ClosedGrid().reset();
   View().PublishFormat(Inspector::FormatInfo(View()));
