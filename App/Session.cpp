@@ -1,5 +1,6 @@
 #include "App/Session.h"
 
+#include "App/session/Text.h"
 #include "Captions/contracts/SelectionMessages.h"
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
@@ -59,18 +60,39 @@ void Session::NewProjectInMemory() {
 
 std::optional<Problem> Session::OpenProject(const fs::path& path, bool readOnly) {
   Commit();
-  if (mProject && IsSameFile(mProject->GetPath(), path)) {
+  if (!mProject || !IsSameFile(mProject->GetPath(), path))
+    return Replace(BE::Project::Open(path, readOnly));
+  // A file that may only be read is no reason not to show what is open already.
+  if (auto problem = SetReadOnly(readOnly); problem && !mIsCopy)
+    return problem;
+  return std::nullopt;
+}
+
+std::optional<Problem> Session::SetReadOnly(bool readOnly) {
+  if (!mProject || mProject->IsReadOnly() == readOnly)
+    return std::nullopt;
+  if (readOnly)
+    Commit();
+  if (readOnly || !mIsCopy) {
     mProject->SetReadOnly(readOnly);
     return std::nullopt;
   }
-  return Replace(BE::Project::Open(path, readOnly));
+  Result<InterfaceRef<BE::Project>> writable = BE::Project::Open(mProject->GetPath());
+  if (writable && (*writable.value)->IsReadOnly())
+    return Problem{Text("$$$/Vidra/Captivo/Error/FileIsReadOnly=The project file {1} may only be read. Save the project "
+                        "under another name to change it.",
+                        {Quoted(mProject->GetPath().filename().string())})};
+  return Replace(std::move(writable));
 }
 
 std::optional<Problem> Session::SaveProjectAs(const fs::path& path) {
   if (!mProject)
     return std::nullopt;
   Commit();
-  return mProject->SaveAs(path);
+  auto problem = mProject->SaveAs(path);
+  if (!problem)
+    mIsCopy = false;
+  return problem;
 }
 
 // The new one is active before the old one goes, so that a view never stands without a project.
@@ -81,6 +103,7 @@ std::optional<Problem> Session::Replace(Result<InterfaceRef<BE::Project>> next) 
     SelectNothing();
   const InterfaceRef<BE::Project> previous = mProject;
   mProject = *next.value;
+  mIsCopy = mProject->IsReadOnly();
   MZ::SetActiveProject(mProject);
   if (previous)
     CloseAndTidy(previous);
@@ -111,7 +134,7 @@ void Session::OpenCaptions() {
 }
 
 void Session::RemoveClip(const InterfaceRef<BE::MasterClip>& clip) {
-  if (!mProject || !clip)
+  if (!mProject || !clip || mProject->IsReadOnly())
     return;
   Commit();
   MZ::MasterClipClosedMessage closed;

@@ -41,6 +41,7 @@ struct Options {
   std::optional<bool> dark;
   std::string language;
   int select = 0;
+  bool readOnly = false;
   std::vector<std::filesystem::path> files;
 };
 
@@ -63,7 +64,8 @@ struct CommandLine {
                              QStringLiteral("path")};
   QCommandLineOption size{QStringLiteral("size"), QStringLiteral("Size of the window."), QStringLiteral("WxH")};
   QCommandLineOption theme{QStringLiteral("theme"), QStringLiteral("light or dark."), QStringLiteral("name")};
-  QCommandLineOption language{QStringLiteral("language"), QStringLiteral("en or de."), QStringLiteral("code")};
+  QCommandLineOption language{QStringLiteral("language"), QStringLiteral("en, de or ja."), QStringLiteral("code")};
+  QCommandLineOption readOnly{QStringLiteral("read-only"), QStringLiteral("Open the project for reading only.")};
   QCommandLineOption select{QStringLiteral("select"), QStringLiteral("Select the Nth clip."), QStringLiteral("N")};
 };
 
@@ -72,7 +74,7 @@ CommandLine::CommandLine() {
       "Opens a project, or media and caption files as a new project; with no file, the sample project."));
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addOptions({picture, size, theme, language, select});
+  parser.addOptions({picture, size, theme, language, readOnly, select});
   parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("Projects, media and caption files."),
                                QStringLiteral("[file...]"));
 }
@@ -100,6 +102,9 @@ Options ReadOptions(const QApplication& application) {
     Refuse("--select is the number of a clip, from 1");
   for (const QString& file : parser.positionalArguments())
     options.files.emplace_back(file.toStdString());
+  options.readOnly = parser.isSet(line.readOnly);
+  if (options.readOnly && options.files.empty())
+    Refuse("--read-only needs a project file");
   return options;
 }
 
@@ -151,7 +156,7 @@ class Program {
     if (problem)
       mWindow->Notice(QString::fromStdString(problem->text));
     if (!mOptions.files.empty())
-      mWindow->OpenFiles(mOptions.files);
+      mWindow->OpenFiles(mOptions.files, mOptions.readOnly);
     if (mOptions.select > 0)
       mWindow->SelectClipByNumber(mOptions.select);
     const int code = mOptions.picture.isEmpty() ? QApplication::exec() : TakePicture();

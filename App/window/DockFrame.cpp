@@ -1,8 +1,11 @@
 #include "App/window/DockFrame.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QLabel>
+#include <QScrollArea>
+#include <QTimer>
 
 #include "App/window/Labels.h"
 #include "UIF/MenuUtils.h"
@@ -10,15 +13,34 @@
 
 namespace App {
 
+namespace {
+
+// Window systems count coordinates in 16 bits with a sign.
+constexpr int kTallestPanel = 32000;
+constexpr int kAroundFocus = 8;
+
+} // namespace
+
 DockFrame::DockFrame(const UIF::UString& tabID, QWidget* parent)
-    : QDockWidget(parent), mTabID(tabID), mContainer(new QWidget(this)), mHint(new QLabel(this)) {
+    : QDockWidget(parent), mTabID(tabID), mColumn(new QScrollArea(this)), mContainer(new QWidget),
+      mHint(new QLabel(this)), mArrangeSoon(new QTimer(this)) {
   setObjectName(ToQString(tabID));
-  setWidget(mContainer);
+  mColumn->setObjectName(QStringLiteral("column"));
+  mColumn->setFrameShape(QFrame::NoFrame);
+  mColumn->setFocusPolicy(Qt::NoFocus);
+  mColumn->setWidgetResizable(true);
+  mColumn->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  mColumn->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  mColumn->setWidget(mContainer);
+  setWidget(mColumn);
   mHint->setObjectName(QStringLiteral("hint"));
   mHint->setAttribute(Qt::WA_TransparentForMouseEvents);
   mHint->setWordWrap(true);
   mHint->setAlignment(Qt::AlignCenter);
   mHint->hide();
+  mArrangeSoon->setSingleShot(true);
+  connect(mArrangeSoon, &QTimer::timeout, this, [this] { Arrange(); });
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { Reveal(now); });
 }
 
 DockFrame::~DockFrame() = default;
@@ -47,9 +69,38 @@ bool DockFrame::IsFrontMost() const {
   return isVisible() && !visibleRegion().isEmpty();
 }
 
+// Said in the middle of what a panel does, which is not the time to resize it.
 void DockFrame::StackedDimensionsChanged() {
-  if (const UIF::TabView* view = UIF::Workspace::Instance()->FindTabView(mTabID))
-    mContainer->setMinimumHeight(view->GetIsStacked() ? view->GetStackedDimensionHeightMin() : 0);
+  if (mStacked)
+    mArrangeSoon->start(0);
+}
+
+void DockFrame::SetStacked(bool stacked) {
+  mStacked = stacked;
+  Arrange();
+}
+
+void DockFrame::Arrange() {
+  UIF::TabView* view = UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(mTabID) : nullptr;
+  bool stack = mStacked && view;
+  const bool was = view && view->GetIsStacked();
+  if (view) {
+    // The height depends on whether there is a row to spare.
+    view->SetIsStacked(stack);
+    stack = stack && view->GetStackedDimensionHeightMin() <= kTallestPanel;
+    view->SetIsStacked(stack);
+  }
+  mColumn->setVerticalScrollBarPolicy(stack ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
+  mContainer->setMinimumHeight(stack ? view->GetStackedDimensionHeightMin() : 0);
+  if (stack != was)
+    view->SetBounds({0, 0, mContainer->width(), mContainer->height()});
+}
+
+// The column follows the keyboard.
+void DockFrame::Reveal(QWidget* focus) {
+  const bool isInside = mContainer->minimumHeight() > 0 && focus && mContainer->isAncestorOf(focus);
+  if (isInside && focus->height() <= mColumn->viewport()->height())
+    mColumn->ensureWidgetVisible(focus, 0, kAroundFocus);
 }
 
 void DockFrame::SetHint(const QString& text) {
@@ -67,7 +118,7 @@ void DockFrame::resizeEvent(QResizeEvent* event) {
 // On the title, since the panel takes its own clicks: the panel's wing menu.
 void DockFrame::contextMenuEvent(QContextMenuEvent* event) {
   UIF::TabView* view = UIF::Workspace::Instance() ? UIF::Workspace::Instance()->FindTabView(mTabID) : nullptr;
-  const QPoint point = mContainer->mapFrom(this, event->pos());
+  const QPoint point = mColumn->mapFrom(this, event->pos());
   if (point.y() < 0 && view && UIF::MenuUtils::TrackWingMenu(*view, {point.x(), point.y()}))
     event->accept();
   else

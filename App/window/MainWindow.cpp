@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QKeyEvent>
@@ -21,12 +22,16 @@
 #include "App/window/DockFrame.h"
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
+#include "App/window/MonitorDock.h"
+#include "App/window/ReadOnlyWatch.h"
 #include "App/window/Settings.h"
 #include "App/window/StreamOnShow.h"
 #include "App/window/TimeDisplays.h"
 #include "App/window/TimelineDock.h"
+#include "HSL/HostCommands.h"
 #include "HSL/Module.h"
 #include "UIF/Dialogs.h"
+#include "UIF/ShortcutManager.h"
 #include "UIF/TabView.h"
 #include "UIF/Workspace.h"
 #include "zebcore/Log.h"
@@ -37,18 +42,26 @@ namespace App {
 namespace {
 
 constexpr int kNoticeMilliseconds = 8000;
-constexpr int kBinWidth = 360;
-constexpr int kTimelineHeight = 264;
-// Of the docks that there are: a layout of others is not taken up.
-constexpr int kLayoutVersion = 1;
 constexpr int kMessage_OneButton = 1;
 constexpr int kMessage_Warning = 4;
 constexpr const char* kSetting_SelectedClip = "window.clip";
 constexpr const char* kSetting_SelectedStream = "window.stream";
 
+// By whatever keys undo and redo go now.
 bool IsUndoOrRedo(const QKeyEvent& event) {
-  return event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo) ||
-         event.keyCombination() == (Qt::CTRL | Qt::Key_Y);
+  const auto* manager = UIF::ShortcutManager::Instance();
+  const QKeySequence pressed(event.keyCombination());
+  const int command = manager->FindCommand("global", pressed.toString(QKeySequence::PortableText).toStdString());
+  return command == HSL::kCommand_Undo || command == HSL::kCommand_Redo;
+}
+
+// A dock that floats is a window of its own.
+bool BelongsTo(const QWidget& widget, const QMainWindow& main) {
+  const QWidget* window = widget.window();
+  while (window != &main && window->windowType() != Qt::Dialog && qobject_cast<const QDockWidget*>(window) &&
+         window->parentWidget())
+    window = window->parentWidget()->window();
+  return window == &main;
 }
 
 } // namespace
@@ -62,6 +75,7 @@ MainWindow::MainWindow(std::function<void()> askRebuild) : mAskRebuild(std::move
   MakeStatusBar();
   MakeMenus();
   UpdateTitle();
+  mReadOnlyWatch = std::make_unique<ReadOnlyWatch>([this] { UpdateReadOnly(); });
   QApplication::instance()->installEventFilter(this);
 }
 
@@ -86,11 +100,15 @@ void MainWindow::MakeDocks() {
   dock->setObjectName(QStringLiteral("bin"));
   dock->setWidget(mBin);
   addDockWidget(Qt::LeftDockWidgetArea, dock);
+  // Beside the timeline, where it takes nothing from the panel.
+  mMonitor = new MonitorDock(this);
+  addDockWidget(Qt::LeftDockWidgetArea, mMonitor);
   MakeTimeline();
 
   mStreamOnShow = std::make_unique<StreamOnShow>([this] { return IsPanelShown(); });
   mStreamOnShow->whenChanged = [this] {
     mBin->SetStreamOnShow(mStreamOnShow->Get());
+    mMonitor->SetStreamOnShow(mStreamOnShow->Get());
     timedisplays::SayAgain();
     UpdateMenus();
   };
@@ -150,34 +168,6 @@ void MainWindow::LeavePanel() {
       focus->clearFocus();
 }
 
-// The docks are told of before they exist: the panel's is made when it is first opened.
-void MainWindow::RestoreLayout(bool asLeft) {
-  OpenPanel();
-  if (asLeft && restoreGeometry(settings::GetGeometry()) && restoreState(settings::GetLayout(), kLayoutVersion))
-    return;
-  // Docks take their widths only once the window has its own.
-  QTimer::singleShot(0, this, [this] {
-    QList<QDockWidget*> docks{findChild<QDockWidget*>(QStringLiteral("bin"))};
-    QList<int> widths{kBinWidth};
-    for (const auto& [tabID, frame] : mFrames) {
-      docks.push_back(frame);
-      widths.push_back(std::max(1, width() - kBinWidth));
-    }
-    resizeDocks(docks, widths, Qt::Horizontal);
-    QList<QDockWidget*> rows{mTimeline};
-    QList<int> heights{kTimelineHeight};
-    for (const auto& [tabID, frame] : mFrames) {
-      rows.push_back(frame);
-      heights.push_back(std::max(1, height() - kTimelineHeight));
-    }
-    resizeDocks(rows, heights, Qt::Vertical);
-  });
-}
-
-void MainWindow::StoreLayout() {
-  settings::SetWindow(saveGeometry(), saveState(kLayoutVersion));
-}
-
 void MainWindow::MakeStatusBar() {
   mProblemSymbol = new QLabel;
   mProblemSymbol->setPixmap(Symbol(QStringLiteral("warning"), WarningColor()).pixmap(16));
@@ -186,6 +176,7 @@ void MainWindow::MakeStatusBar() {
   mProblemText->setStyleSheet(QStringLiteral("color: %1").arg(WarningColor().name()));
   statusBar()->addWidget(mProblemSymbol);
   statusBar()->addWidget(mProblemText, 1);
+  MakeReadOnlySign();
   new DecodeNotice(statusBar());
   ShowStorageProblem(std::nullopt);
 }
@@ -223,8 +214,7 @@ void MainWindow::ShowProject() {
     ShowStorageProblem(project->GetStorageProblem());
     settings::AddRecentProject(project->GetPath());
   }
-  UpdateTitle();
-  UpdateMenus();
+  UpdateReadOnly();
   if (!project)
     return;
   Clip clip = project->FindClip(project->GetSetting(kSetting_SelectedClip, {}));
@@ -304,7 +294,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 // anywhere on it, on a text too.
 bool MainWindow::eventFilter(QObject* target, QEvent* event) {
   const auto* widget = qobject_cast<QWidget*>(target);
-  if (!widget || widget->window() != this)
+  if (!widget || !BelongsTo(*widget, *this))
     return QMainWindow::eventFilter(target, event);
   switch (event->type()) {
   case QEvent::ShortcutOverride:

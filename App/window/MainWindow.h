@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QMainWindow>
 
 #include <filesystem>
@@ -30,6 +31,8 @@ namespace App {
 
 class Bin;
 class DockFrame;
+class MonitorDock;
+class ReadOnlyWatch;
 class StreamOnShow;
 class TimelineDock;
 struct TimelineSelection;
@@ -43,7 +46,7 @@ class MainWindow : public QMainWindow {
   ~MainWindow() override;
 
   // Projects are opened, media and caption files imported.
-  void OpenFiles(const std::vector<std::filesystem::path>& files);
+  void OpenFiles(const std::vector<std::filesystem::path>& files, bool readOnly = false);
   // Shows a project that the session has opened, on the clip that was selected when it was last open.
   void ShowProject();
   // From 1, in the order of the bin.
@@ -53,6 +56,8 @@ class MainWindow : public QMainWindow {
   // Opens the panels; asLeft puts window and docks where they last were.
   void RestoreLayout(bool asLeft);
   void StoreLayout();
+  // Docks and panels as a new user finds them.
+  void ResetWorkspace();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -75,6 +80,14 @@ class MainWindow : public QMainWindow {
   void UpdateHint();
   void ShowStorageProblem(const std::optional<Problem>& problem);
   void DetachProject();
+  // The widths and heights that the docks begin with.
+  void SizeDocks();
+  void SetPanelsStacked(bool stacked);
+  void MakeReadOnlySign();
+  void UpdateReadOnly();
+  void SetReadOnly(bool readOnly);
+  // False in a project that is read-only, which is said.
+  bool MayChange();
 
   // Menus
   void MakeMenus();
@@ -99,7 +112,7 @@ class MainWindow : public QMainWindow {
   // Projects
   void NewProject();
   void ChooseProject();
-  void OpenProject(const std::filesystem::path& path);
+  void OpenProject(const std::filesystem::path& path, bool readOnly = false);
   void SaveProjectAs();
 
   // Media and captions
@@ -150,14 +163,19 @@ class MainWindow : public QMainWindow {
   std::function<void()> mAskRebuild;
   Bin* mBin = nullptr;
   TimelineDock* mTimeline = nullptr;
+  MonitorDock* mMonitor = nullptr;
   std::map<zebcore::UString, DockFrame*> mFrames;
   std::unique_ptr<StreamOnShow> mStreamOnShow;
   std::unique_ptr<HSL::Handler> mCaptionsHandler; // null if the panel's module is not there
+  std::unique_ptr<ReadOnlyWatch> mReadOnlyWatch;
+  QByteArray mFirstLayout; // of the docks, before any was moved
+  QLabel* mReadOnlySign = nullptr;
   QLabel* mProblemSymbol = nullptr;
   QLabel* mProblemText = nullptr;
   QMenu* mRecentMenu = nullptr;
   QMenu* mNewStreamMenu = nullptr;
   QMenu* mDuplicateMenu = nullptr;
+  QAction* mReadOnly = nullptr;
   QAction* mSaveAs = nullptr;
   QAction* mImportMedia = nullptr;
   QAction* mImportCaptions = nullptr;

@@ -78,6 +78,8 @@ QString LanguageName(const std::string& language) {
     return QStringLiteral("English");
   if (language == "de")
     return QStringLiteral("Deutsch");
+  if (language == "ja")
+    return QStringLiteral("日本語");
   return QString::fromStdString(language);
 }
 
@@ -135,6 +137,12 @@ void MainWindow::MakeFileMenu() {
   mSaveAs =
       bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/SaveAs=Save Project &As…", {}, {}, [this] { SaveProjectAs(); }),
            ProgramCommand::SaveAs);
+  mReadOnly = menu->addAction(Label("$$$/Vidra/Captivo/Menu/ReadOnly=&Lock Project (Read-Only)"));
+  mReadOnly->setCheckable(true);
+  connect(mReadOnly, &QAction::triggered, this, [this](bool checked) {
+    if (!mBusy)
+      SetReadOnly(checked);
+  });
   menu->addSeparator();
   bind(AddAction(menu, "$$$/Vidra/Captivo/Menu/Quit=&Quit", {}, {}, [this] { close(); }), ProgramCommand::Quit);
 }
@@ -159,9 +167,15 @@ void MainWindow::FillRecentMenu() {
 void MainWindow::MakeEditMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Edit=&Edit"));
   mUndo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Undo=&Undo", QStringLiteral("undo"), {},
-                    [] { Session::Instance().Undo(); });
+                    [this] {
+    if (MayChange())
+      Session::Instance().Undo();
+  });
   mRedo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Redo=&Redo", QStringLiteral("redo"), {},
-                    [] { Session::Instance().Redo(); });
+                    [this] {
+    if (MayChange())
+      Session::Instance().Redo();
+  });
   shortcuts::Bind(*mUndo, HSL::kCommand_Undo);
   shortcuts::Bind(*mRedo, HSL::kCommand_Redo);
   menu->addSeparator();
@@ -324,6 +338,7 @@ void MainWindow::FillWindowMenu(QMenu* menu) {
   menu->clear();
   menu->addAction(findChild<QDockWidget*>(QStringLiteral("bin"))->toggleViewAction());
   menu->addAction(findChild<QDockWidget*>(QStringLiteral("timeline"))->toggleViewAction());
+  menu->addAction(findChild<QDockWidget*>(QStringLiteral("monitor"))->toggleViewAction());
   for (const UIF::WindowMenuEntry& entry : UIF::GetWindowMenu()) {
     QAction* action = menu->addAction(Plain(ToQString(entry.title)));
     const auto frame = mFrames.find(HSL::kCaptionsHandlerID);
@@ -337,6 +352,12 @@ void MainWindow::FillWindowMenu(QMenu* menu) {
         OpenPanel();
     });
   }
+  menu->addSeparator();
+  QAction* stacked = menu->addAction(Label("$$$/Vidra/Captivo/Menu/StackPanels=Captions in a &Column"));
+  stacked->setCheckable(true);
+  stacked->setChecked(settings::ArePanelsStacked());
+  connect(stacked, &QAction::triggered, this, [this](bool checked) { SetPanelsStacked(checked); });
+  AddAction(menu, "$$$/Vidra/Captivo/Menu/ResetWorkspace=&Reset Workspace", {}, {}, [this] { ResetWorkspace(); });
   menu->addSeparator();
   QMenu* themes = menu->addMenu(Label("$$$/Vidra/Captivo/Menu/Theme=&Theme"));
   auto* themeGroup = new QActionGroup(themes);
@@ -401,7 +422,9 @@ void MainWindow::FillBinMenu(QMenu& menu) {
     menu.addAction(mDeleteStream);
   } else {
     menu.addSeparator();
-    AddAction(&menu, "$$$/Vidra/Captivo/Menu/RemoveClip=&Remove from Project", {}, {}, [this] { RemoveClip(); });
+    AddAction(&menu, "$$$/Vidra/Captivo/Menu/RemoveClip=&Remove from Project", {}, {}, [this] {
+      RemoveClip();
+    })->setEnabled(!clip->GetProject()->IsReadOnly());
   }
 }
 
@@ -424,6 +447,8 @@ void MainWindow::UpdateMenus() {
   mImportCaptions->setEnabled(writable);
   mExportCaptions->setEnabled(hasStream);
   mSaveAs->setEnabled(static_cast<bool>(project));
+  mReadOnly->setEnabled(static_cast<bool>(project));
+  mReadOnly->setChecked(project && project->IsReadOnly());
   mNewStreamMenu->setEnabled(writable && hasClip);
   mDuplicateMenu->setEnabled(writable && hasStream);
   mDeleteStream->setEnabled(writable && hasStream);

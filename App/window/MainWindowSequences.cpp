@@ -238,10 +238,14 @@ void MainWindow::Show(const BE::InterfaceRef<BE::Sequence>& sequence) {
 }
 
 void MainWindow::NewSequence() {
+  if (!MayChange())
+    return;
   Show(Session::Instance().NewSequence(Session::Instance().GetSelectedClip()));
 }
 
 void MainWindow::RemoveSequence(const BE::InterfaceRef<BE::Sequence>& sequence) {
+  if (!MayChange())
+    return;
   Session::Instance().RemoveSequence(sequence);
   mBin->RefreshNow();
   mTimeline->RefreshNow();
@@ -249,6 +253,8 @@ void MainWindow::RemoveSequence(const BE::InterfaceRef<BE::Sequence>& sequence) 
 }
 
 void MainWindow::PutClip(const std::string& id, zebmediatypes::TickTime start, int track) {
+  if (!MayChange())
+    return;
   const auto project = Session::Instance().GetProject();
   const Clip clip = project ? project->FindClip(id) : nullptr;
   if (!clip || mBusy)
@@ -270,6 +276,8 @@ void MainWindow::PutClip(const std::string& id, zebmediatypes::TickTime start, i
 }
 
 void MainWindow::DeleteInTimeline() {
+  if (!MayChange())
+    return;
   const TimelineView& view = mTimeline->GetView();
   if (mBusy)
     return;
@@ -308,6 +316,8 @@ std::pair<BE::InterfaceRef<BE::TrackItem>, BE::InterfaceRef<BE::TrackItem>> Main
 }
 
 void MainWindow::AddDissolve() {
+  if (!MayChange())
+    return;
   const auto [left, right] = FindMeetingItems();
   const auto dissolve = left ? Session::Instance().AddDissolve(mTimeline->GetSequence(), left, right) : nullptr;
   mTimeline->RefreshNow();
@@ -321,6 +331,8 @@ void MainWindow::AddDissolve() {
 }
 
 void MainWindow::ChangeSequence() {
+  if (!MayChange())
+    return;
   const auto project = Session::Instance().GetProject();
   if (mTimeline->GetSequence() && project && !project->IsReadOnly())
     AskSequenceSettings(this, mTimeline->GetSequence());

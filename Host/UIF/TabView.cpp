@@ -70,6 +70,7 @@ void TabView::Create(const UString& id, const UString& name, WorkspaceFrame* fra
   const RectT<int> client{0, 0, container->width(), container->height()};
   CreateViewWidget(*this, container, client, visible);
   Impl().widget->setAccessibleName(toolkit::ToQt(name));
+  toolkit::SetTabGroup(*Impl().widget);
   if (Workspace* workspace = Workspace::Instance())
     workspace->mViews[id] = this;
   frame->SetTitle(name);

@@ -128,10 +128,26 @@ void ViewWidget::leaveEvent(QEvent*) {
     mView->DispatchMouseLeave();
 }
 
+// Asked for what has the focus below, too.
+bool ViewWidget::focusNextPrevChild(bool next) {
+  QWidget* const from = toolkit::GetFocusWidget();
+  if (!mView || !mView->Impl().tabView || !from || (from != this && !isAncestorOf(from)))
+    return QWidget::focusNextPrevChild(next);
+  QWidget* const to = toolkit::NextTabStop(from, !next);
+  if (to)
+    toolkit::MoveFocus(to, next ? zebui::ui::kFocusChange_Advance : zebui::ui::kFocusChange_GoBack);
+  return to != nullptr;
+}
+
 void ViewWidget::wheelEvent(QWheelEvent* event) {
   event->accept();
   if (!mView)
     return;
+  // A stacked panel shows all that it has; the column that it stands in scrolls.
+  if (const TabView* tabView = TabViewOf(this); tabView && tabView->GetIsStacked()) {
+    event->ignore();
+    return;
+  }
   const PointT<int> point = PointOf(event->position());
   // A touchpad says how far the fingers went; a wheel only counts notches.
   if (event->phase() != Qt::NoScrollPhase && !event->pixelDelta().isNull()) {

@@ -1,5 +1,6 @@
 #include "zebui/Node.h"
 
+#include <algorithm>
 #include <cmath>
 #include <unordered_map>
 
@@ -39,7 +40,11 @@ void ApplyNames(ui::NodeImpl& impl) {
   UString name = impl.accessibleName;
   if (name.empty() && impl.label)
     name = impl.label();
-  impl.widget->setAccessibleName(ToQt(name.empty() ? impl.toolTip : name));
+  // A mere sign says nothing when it is read out.
+  const bool isSign = std::ranges::none_of(ToQt(name), [](QChar letter) { return letter.isLetterOrNumber(); });
+  if (isSign && !impl.toolTip.empty())
+    name = impl.toolTip;
+  impl.widget->setAccessibleName(ToQt(name));
 }
 
 void Attach(UI_Node& node, QWidget* parent) {

@@ -97,6 +97,8 @@ using FocusObserver = std::function<void(QWidget* from, QWidget* to, FocusChange
 void SetFocusObserver(FocusObserver observer);
 // The next widget after this one at which Tab stops (backwards: before); null without one.
 QWidget* NextTabStop(QWidget* from, bool backwards);
+// In this widget Tab goes by what people see, line by line, whatever was made first.
+void SetTabGroup(QWidget& widget);
 // A window that stands above the program for a moment: dialog, menu, tip.
 bool IsPassingWindow(const QWidget* window);
 
