@@ -97,13 +97,13 @@ class Stage {
   }
 
   // From the bytes of a file to rows.
-  void Import(const std::string& bytes) {
-    const auto read = Formats::ReadSubRip(bytes, zebcaptioning::kStreamFormat_608_CC1);
+  void Import(const std::string& bytes, zebcaptioning::StreamFormat format = zebcaptioning::kStreamFormat_608_CC1) {
+    const auto read = Formats::ReadSubRip(bytes, format);
     std::vector<BE::NewCaption> captions;
     for (const auto& state : read.captions)
       captions.push_back({state});
     BE::StreamDescription description;
-    description.format = zebcaptioning::kStreamFormat_608_CC1;
+    description.format = format;
     mProject->AddStream(mClip, description, captions, u"Import captions");
     MZ::MasterClipSelectedMessage message;
     message.clip = mClip;

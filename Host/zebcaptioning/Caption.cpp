@@ -66,12 +66,12 @@ void Caption::GetFormatInfo(boost::intrusive_ptr<CaptionFormatInfo>& info, const
 
   const TextRange covered = ClampRange(state.text, range);
   if (covered.first == covered.second) {
-    info->MergeSpan(*GetTypingStyle(state, covered.first), first);
+    info->MergeSpan(GetTypingStyle(state, covered.first), first);
     return;
   }
   for (std::size_t run = FindRun(state, covered.first);
        run < state.runs.size() && state.runs[run].start < covered.second; ++run) {
-    info->MergeSpan(*state.runs[run].attributes, first);
+    info->MergeSpan(state.runs[run].attributes, first);
     first = false;
   }
 }

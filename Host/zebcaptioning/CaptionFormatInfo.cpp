@@ -36,6 +36,7 @@ void CaptionFormatInfo::Reset() {
   MergeRegionArea(nullptr, false, true);
   mForceBolded = false;
   mForceItalicized = false;
+  mMergedSpans = {};
 }
 
 CaptionType CaptionFormatInfo::GetCaptionType(bool& uniform) {
@@ -194,6 +195,19 @@ const CaptionFormatInfo::UString& CaptionFormatInfo::GetStyleName(bool& uniform)
   return mStyleName.value;
 }
 
+// Merging the same attributes twice changes nothing, unless a setter came between; infos that are merged into are not
+// set.
+void CaptionFormatInfo::MergeSpan(const SharedSpan& span, bool first) {
+  if (!first) {
+    for (const SharedSpan& merged : mMergedSpans) {
+      if (span == merged)
+        return;
+    }
+  }
+  MergeSpan(*span, first);
+  mMergedSpans[mNextMergedSpan++ % mMergedSpans.size()] = span;
+}
+
 void CaptionFormatInfo::MergeSpan(const TextSpanAttributes& span, bool first) {
   Merge(mUnderlined, span.underline, first);
   Merge(mItalicized, span.italic, first);
@@ -214,8 +228,14 @@ void CaptionFormatInfo::MergeParagraph(const ParagraphStyleAttributes& paragraph
   Merge(mLineSpacing, paragraph.lineSpacing, first);
   Merge(mX, paragraph.x, first);
   Merge(mY, paragraph.y, first);
-  Merge(mRegionName, zebcore::FromUTF8(paragraph.region.Text()), first);
-  Merge(mStyleName, zebcore::FromUTF8(paragraph.style.Text()), first);
+  if (first || paragraph.region != mLastRegion) {
+    Merge(mRegionName, zebcore::FromUTF8(paragraph.region.Text()), first);
+    mLastRegion = paragraph.region;
+  }
+  if (first || paragraph.style != mLastStyle) {
+    Merge(mStyleName, zebcore::FromUTF8(paragraph.style.Text()), first);
+    mLastStyle = paragraph.style;
+  }
   // An anchor has no uniform flag to be told by: no cell is what differing captions have in common.
   constexpr AnchorID kNoCell = 9;
   Merge(mAnchor, paragraph.anchor, first);

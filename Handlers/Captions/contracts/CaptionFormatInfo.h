@@ -104,6 +104,7 @@ class CaptionFormatInfo : public boost::intrusive_ref_counter<CaptionFormatInfo>
 
   void Reset();
   void MergeSpan(const TextSpanAttributes& span, bool first);
+  void MergeSpan(const SharedSpan& span, bool first);
   void MergeParagraph(const ParagraphStyleAttributes& paragraph, bool first);
   // area is null for a caption without one.
   void MergeRegionArea(const zebcore::geom::RectT<float>* area, bool percent, bool first);
@@ -132,6 +133,11 @@ class CaptionFormatInfo : public boost::intrusive_ref_counter<CaptionFormatInfo>
   zebcore::geom::RectT<float> mRegionArea;
   int mMaxLineWidth = 0;
   int mMaxBlockHeight = 0;
+  // Merged lately: most captions look alike, and what is equal is one object.
+  std::array<SharedSpan, 4> mMergedSpans;
+  std::size_t mNextMergedSpan = 0;
+  zebcore::utility::ImmutableString mLastRegion;
+  zebcore::utility::ImmutableString mLastStyle;
 };
 
 } // namespace zebcaptioning

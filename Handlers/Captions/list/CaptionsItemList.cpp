@@ -1,6 +1,7 @@
 #include "Captions/list/CaptionsItemList.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "Captions/pane/CaptionsTextEdit.h"
@@ -241,12 +242,32 @@ void CaptionsItemList::SetStoredTextOfSelection(const UString& text) {
     item->SetStoredText(text);
 }
 
+// In batches, whose captions are all asked for before the first is read: with thousands of them, waiting for memory one
+// by one is most of the work.
 void CaptionsItemList::GatherSelectionFormat(boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo>& info) const {
+  // Of several captions the whole is meant, though a caret may have stood in one of them before.
+  const TextRange range = mSelected.size() > 1 ? kTextRange_Whole : mTextSelection;
+  constexpr std::size_t kBatch = 32;
+  std::array<const Caption*, kBatch> captions{};
+  std::size_t count = 0;
   bool first = true;
+  const auto mergeBatch = [&] {
+    for (std::size_t i = 0; i < count; ++i)
+      __builtin_prefetch(captions[i]->GetState().get());
+    for (std::size_t i = 0; i < count; ++i)
+      __builtin_prefetch(captions[i]->GetState()->runs.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      captions[i]->GetFormatInfo(info, range, mColumns, mRows, first);
+      first = false;
+    }
+    count = 0;
+  };
   for (const CaptionsRow& row : mSelected) {
-    row.item->GetCaption()->GetFormatInfo(info, mTextSelection, mColumns, mRows, first);
-    first = false;
+    captions[count++] = row.item->GetCaption().get();
+    if (count == kBatch)
+      mergeBatch();
   }
+  mergeBatch();
 }
 
 void CaptionsItemList::RebuildSelectedTimes() {
