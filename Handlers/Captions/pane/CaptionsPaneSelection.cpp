@@ -142,8 +142,6 @@ void CaptionsPane::PublishSelectionFormat() {
   if (textEdit && textEdit->UI_HasKeyboardFocus(false))
     keepTextFocus = true;
 
-  // Of several captions the whole is shown, though a caret stood in one of them before.
-  list->NormalizeTextSelection();
   boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo> info(new zebcaptioning::CaptionFormatInfo);
   list->GatherSelectionFormat(info);
   UString family;
