@@ -35,7 +35,8 @@ constexpr double kUnderlineHeight = 0.06;
 constexpr double kPointsOfRow = 18.0; // an edge's width is in points of a row that is so high
 constexpr double kShareOfAction = 0.93;
 constexpr double kShareOfTitle = 0.90;
-constexpr QColor kLines(255, 255, 255, 90);
+constexpr QColor kLines(255, 255, 255, 110);
+constexpr QColor kFrame(255, 255, 255, 190);
 constexpr QColor kShadow(0, 0, 0, 110);
 
 QColor ToQColor(const CaptioningColor& color) {
@@ -96,7 +97,7 @@ bool IsLowerHalf(const CaptionScreen& screen, int row, int column) {
 void PaintShadowedLine(QPainter& painter, const QLineF& line) {
   painter.setPen(QPen(kShadow, 3));
   painter.drawLine(line);
-  painter.setPen(QPen(kLines, 1));
+  painter.setPen(QPen(kFrame, 1));
   painter.drawLine(line);
 }
 

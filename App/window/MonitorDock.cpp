@@ -81,24 +81,28 @@ QWidget* MonitorDock::MakeBar() {
 
 void MonitorDock::SetStreamOnShow(const Stream& stream) {
   if (stream != mStream)
-    Select(nullptr, nullptr);
+    Follow(stream);
 }
 
 void MonitorDock::HandleMessage(const zebcore::messaging::Message& message) {
-  if (const auto* selected = zebcore::messaging::MessageCast<HSL::CaptionSelectedMessage>(message))
-    Select(selected->stream.Query<BE::CaptioningStream>(), selected->caption);
-  else if (!zebcore::messaging::MessageCast<HSL::CaptionCommitEditsMessage>(message))
+  if (const auto* selected = zebcore::messaging::MessageCast<HSL::CaptionSelectedMessage>(message)) {
+    Follow(selected->stream.Query<BE::CaptioningStream>());
+    mCaption = selected->caption;
+  } else if (!zebcore::messaging::MessageCast<HSL::CaptionCommitEditsMessage>(message)) {
     mRefreshSoon->start(0);
+  }
 }
 
-void MonitorDock::Select(const Stream& stream, const CaptionPtr& caption) {
+void MonitorDock::Follow(const Stream& stream) {
   for (const auto& station : mStations)
     zebcore::messaging::RemoveListener(station, this);
   mStations.clear();
-  mStream = stream;
-  mCaption = caption;
-  if (mCaption)
-    mBegin = mCaption->GetBeginTime();
+  if (stream != mStream) {
+    mStream = stream;
+    mCaption = nullptr;
+    const auto last = mStream ? mBegins.find(mStream->GetID()) : mBegins.end();
+    mBegin = last != mBegins.end() ? std::optional(last->second) : std::nullopt;
+  }
   if (mStream) {
     mStations.push_back(mStream->GetStationID());
     if (const auto clip = mStream->GetMasterClip())
@@ -125,14 +129,20 @@ MonitorDock::CaptionPtr MonitorDock::FindSelected() const {
     if (std::find(shown.begin(), shown.end(), mCaption) != shown.end())
       return mCaption;
   }
-  return mStream->FindByBegin(mBegin);
+  if (mBegin)
+    return mStream->FindByBegin(*mBegin);
+  std::vector<BE::ICaptioningStream::CaptionKey> keys;
+  mStream->GetCaptionKeys(keys);
+  return keys.empty() ? nullptr : mStream->GetCaption(keys.front());
 }
 
 void MonitorDock::RefreshNow() {
   mRefreshSoon->stop();
   mCaption = FindSelected();
-  if (mCaption)
+  if (mCaption) {
     mBegin = mCaption->GetBeginTime();
+    mBegins.insert_or_assign(mStream->GetID(), *mBegin);
+  }
   mView->Show(mCaption ? mStream : nullptr,
               mCaption ? monitor::GetPictureTime(*mCaption->GetState()) : zebmediatypes::TickTime());
   Describe();

@@ -2,6 +2,9 @@
 
 #include <QDockWidget>
 
+#include <map>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
@@ -25,7 +28,8 @@ class MonitorDock : public QDockWidget, private zebcore::messaging::Listener {
   explicit MonitorDock(QWidget* parent);
   ~MonitorDock() override;
 
-  // The stream that the panel shows: a caption of another one is not selected any more.
+  // The stream that the panel shows. Until a caption of it is selected, the one that was when it was last on show; at
+  // first its first one, which is where a panel begins.
   void SetStreamOnShow(const Stream& stream);
   // Null without a selected caption.
   CaptionPtr GetCaption() const { return mCaption; }
@@ -38,7 +42,7 @@ class MonitorDock : public QDockWidget, private zebcore::messaging::Listener {
   QToolButton* AddToggle(QWidget* bar, const QString& symbol, const QString& tip, bool isOn,
                          std::function<void(bool)> toggle);
   QWidget* MakeBar();
-  void Select(const Stream& stream, const CaptionPtr& caption);
+  void Follow(const Stream& stream);
   // One that was removed and comes back is the selected one again.
   CaptionPtr FindSelected() const;
   bool IsStreamThere() const;
@@ -46,7 +50,8 @@ class MonitorDock : public QDockWidget, private zebcore::messaging::Listener {
 
   Stream mStream;
   CaptionPtr mCaption;
-  zebmediatypes::TickTime mBegin; // of the selected caption
+  std::optional<zebmediatypes::TickTime> mBegin;          // of the selected caption
+  std::map<std::string, zebmediatypes::TickTime> mBegins; // by stream
   std::vector<zebcore::utility::ImmutableString> mStations;
   QLabel* mFormat;
   QLabel* mWarning;

@@ -168,9 +168,9 @@ void MonitorView::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
   painter.drawImage(picture, Compose());
   const QRectF exact(picture);
-  monitor::PaintScreen(painter, mScreen, exact);
   if (mGridShown)
     monitor::PaintGrid(painter, mScreen, exact);
+  monitor::PaintScreen(painter, mScreen, exact);
   if (mSafeAreaShown)
     monitor::PaintSafeAreas(painter, exact);
 }
