@@ -25,6 +25,7 @@ DockFrame::DockFrame(const UIF::UString& tabID, QWidget* parent)
     : QDockWidget(parent), mTabID(tabID), mColumn(new QScrollArea(this)), mContainer(new QWidget),
       mHint(new QLabel(this)), mArrangeSoon(new QTimer(this)) {
   setObjectName(ToQString(tabID));
+  setAcceptDrops(true); // as a window of its own, too
   mColumn->setObjectName(QStringLiteral("column"));
   mColumn->setFrameShape(QFrame::NoFrame);
   mColumn->setFocusPolicy(Qt::NoFocus);
@@ -99,8 +100,12 @@ void DockFrame::Arrange() {
 // The column follows the keyboard.
 void DockFrame::Reveal(QWidget* focus) {
   const bool isInside = mContainer->minimumHeight() > 0 && focus && mContainer->isAncestorOf(focus);
-  if (isInside && focus->height() <= mColumn->viewport()->height())
-    mColumn->ensureWidgetVisible(focus, 0, kAroundFocus);
+  if (!isInside || focus->height() > mColumn->viewport()->height())
+    return;
+  // All of it, and not only where its caret is.
+  const int top = focus->mapTo(mContainer, QPoint()).y();
+  mColumn->ensureVisible(0, top + focus->height(), 0, kAroundFocus);
+  mColumn->ensureVisible(0, top, 0, kAroundFocus);
 }
 
 void DockFrame::SetHint(const QString& text) {

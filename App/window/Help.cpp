@@ -15,6 +15,7 @@
 
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
+#include "UIF/ShortcutManager.h"
 
 namespace App {
 
@@ -26,15 +27,29 @@ QString Native(const QKeySequence& keys) {
   return keys.toString(QKeySequence::NativeText);
 }
 
+// Those that the command goes by now; a dash for none.
+QString KeysOf(const char* command) {
+  QStringList list;
+  for (const UIF::Keys& keys : UIF::ShortcutManager::Instance()->GetKeys(command))
+    list.append(Native(QKeySequence::fromString(QString::fromStdString(keys), QKeySequence::PortableText)));
+  return list.isEmpty() ? QStringLiteral("–") : list.join(QStringLiteral(", "));
+}
+
+std::pair<QString, QString> CommandKeys(const char* command) {
+  return {KeysOf(command), ToQString(UIF::ShortcutManager::Instance()->GetCommandText(command))};
+}
+
 Keys ProgramKeys() {
   return {
-      {Native(QKeySequence::New), Label("$$$/Vidra/Captivo/Keyboard/New=New project")},
-      {Native(QKeySequence::Open), Label("$$$/Vidra/Captivo/Keyboard/Open=Open a project")},
-      {Native(Qt::CTRL | Qt::Key_M), Label("$$$/Vidra/Captivo/Keyboard/ImportMedia=Import media")},
-      {Native(Qt::CTRL | Qt::SHIFT | Qt::Key_I), Label("$$$/Vidra/Captivo/Keyboard/ImportCaptions=Import captions")},
-      {Native(Qt::CTRL | Qt::Key_E), Label("$$$/Vidra/Captivo/Keyboard/ExportCaptions=Export captions")},
-      {Native(Qt::CTRL | Qt::Key_Z), Label("$$$/Vidra/Captivo/Keyboard/Undo=Undo, also while typing")},
-      {Native(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), Label("$$$/Vidra/Captivo/Keyboard/Redo=Redo, also while typing")},
+      {KeysOf("cmd.file.new"), Label("$$$/Vidra/Captivo/Keyboard/New=New project")},
+      {KeysOf("cmd.file.open"), Label("$$$/Vidra/Captivo/Keyboard/Open=Open a project")},
+      {KeysOf("cmd.file.import.media"), Label("$$$/Vidra/Captivo/Keyboard/ImportMedia=Import media")},
+      {KeysOf("cmd.file.import.captions"), Label("$$$/Vidra/Captivo/Keyboard/ImportCaptions=Import captions")},
+      {KeysOf("cmd.file.export.captions"), Label("$$$/Vidra/Captivo/Keyboard/ExportCaptions=Export captions")},
+      {KeysOf("cmd.edit.undo"), Label("$$$/Vidra/Captivo/Keyboard/Undo=Undo, also while typing")},
+      {KeysOf("cmd.edit.redo"), Label("$$$/Vidra/Captivo/Keyboard/Redo=Redo, also while typing")},
+      CommandKeys("cmd.panel.next"),
+      CommandKeys("cmd.panel.previous"),
   };
 }
 
@@ -48,16 +63,17 @@ Keys CaptionKeys() {
        Label("$$$/Vidra/Captivo/Keyboard/Extend=Extend the selection")},
       {Label("$$$/Vidra/Captivo/Keyboard/ClickControl=Ctrl and click"),
        Label("$$$/Vidra/Captivo/Keyboard/Toggle=Add to the selection, or take from it")},
-      {Native(QKeySequence::SelectAll), Label("$$$/Vidra/Captivo/Keyboard/SelectAll=Select all")},
+      CommandKeys("cmd.find.box"),
+      {KeysOf("cmd.captions.selectall"), Label("$$$/Vidra/Captivo/Keyboard/SelectAll=Select all")},
       {Native(QKeySequence::Delete), Label("$$$/Vidra/Captivo/Keyboard/Delete=Delete the selected captions")},
-      {Native(QKeySequence::Bold), Label("$$$/Vidra/Captivo/Keyboard/Bold=Bold")},
-      {Native(QKeySequence::Italic), Label("$$$/Vidra/Captivo/Keyboard/Italic=Italic")},
-      {Native(QKeySequence::Underline), Label("$$$/Vidra/Captivo/Keyboard/Underline=Underline")},
-      {QStringList{Native(Qt::CTRL | Qt::SHIFT | Qt::Key_L), Native(Qt::CTRL | Qt::SHIFT | Qt::Key_E),
-                   Native(Qt::CTRL | Qt::SHIFT | Qt::Key_R)}
+      {KeysOf("cmd.captions.bold"), Label("$$$/Vidra/Captivo/Keyboard/Bold=Bold")},
+      {KeysOf("cmd.captions.italicize"), Label("$$$/Vidra/Captivo/Keyboard/Italic=Italic")},
+      {KeysOf("cmd.captions.underline"), Label("$$$/Vidra/Captivo/Keyboard/Underline=Underline")},
+      {QStringList{KeysOf("cmd.captions.justify.left"), KeysOf("cmd.captions.justify.center"),
+                   KeysOf("cmd.captions.justify.right")}
            .join(QStringLiteral(", ")),
        Label("$$$/Vidra/Captivo/Keyboard/Align=Align left, in the centre, right")},
-      {Native(Qt::CTRL | Qt::SHIFT | Qt::Key_M), Label("$$$/Vidra/Captivo/Keyboard/MusicNote=Insert a music note")},
+      {KeysOf("cmd.captions.musicnote"), Label("$$$/Vidra/Captivo/Keyboard/MusicNote=Insert a music note")},
       {Label("$$$/Vidra/Captivo/Keyboard/EscapeKey=Escape"),
        Label("$$$/Vidra/Captivo/Keyboard/Escape=Leave the text, or put a time back")},
   };

@@ -55,7 +55,7 @@ bool IsUndoOrRedo(const QKeyEvent& event) {
   return command == HSL::kCommand_Undo || command == HSL::kCommand_Redo;
 }
 
-// A dock that floats is a window of its own.
+// Or to a dock of it that floats.
 bool BelongsTo(const QWidget& widget, const QMainWindow& main) {
   const QWidget* window = widget.window();
   while (window != &main && window->windowType() != Qt::Dialog && qobject_cast<const QDockWidget*>(window) &&
@@ -72,6 +72,9 @@ MainWindow::MainWindow(std::function<void()> askRebuild) : mAskRebuild(std::move
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
   setAcceptDrops(true);
   MakeDocks();
+  // A dock that floats is a window of its own.
+  for (QDockWidget* dock : findChildren<QDockWidget*>())
+    dock->setAcceptDrops(true);
   MakeStatusBar();
   MakeMenus();
   UpdateTitle();

@@ -116,6 +116,8 @@ void GiveDefaults(const CommandEntry& entry) {
 void DeclareCommands() {
   for (const CommandEntry& entry : kPanelCommands)
     GiveDefaults(entry);
+  UIF::ShortcutManager::Instance()->SetContextText("captions",
+                                                   "$$$/Vidra/Handlers/Captions/CaptionsPanel=Captions Panel");
   UIF::CommandContext& global = *UIF::ShortcutManager::Instance()->GetContext("global");
   for (const CommandEntry& entry : kGlobalCommands) {
     GiveDefaults(entry);

@@ -35,8 +35,13 @@ void CommandContext::DeclareCommand(const std::string& name, int number, Command
     mCommands.push_back({name, number, kind, decal, std::move(text), flag});
 }
 
+UString CommandContext::GetName() const {
+  return mText.empty() ? mName : zebcore::config::Localizer::Get().Localize(mText);
+}
+
 ShortcutManager::ShortcutManager() {
-  AddContext(kGlobalContext, zebcore::config::Localizer::Get().Localize("$$$/Vidra/UIF/GlobalContext=Application"));
+  SetContextText(kGlobalContext, "$$$/Vidra/UIF/GlobalContext=Application");
+  AddContext(kGlobalContext, {});
 }
 
 ShortcutManager* ShortcutManager::Instance() {
@@ -52,7 +57,16 @@ CommandContext* ShortcutManager::GetContext(const std::string& id) {
 CommandContext& ShortcutManager::AddContext(const std::string& id, const UString& name) {
   if (CommandContext* known = GetContext(id))
     return *known;
-  return *mContexts.emplace_back(std::make_unique<CommandContext>(id, name));
+  CommandContext& context = *mContexts.emplace_back(std::make_unique<CommandContext>(id, name));
+  if (const auto text = mContextTexts.find(id); text != mContextTexts.end())
+    context.mText = text->second;
+  return context;
+}
+
+void ShortcutManager::SetContextText(const std::string& id, const std::string& text) {
+  mContextTexts[id] = text;
+  if (CommandContext* known = GetContext(id))
+    known->mText = text;
 }
 
 void ShortcutManager::RegisterCommandContext(const boost::function<void(ShortcutManager*)>& registrar) {

@@ -32,12 +32,15 @@ class CommandContext {
   void DeclareCommand(const std::string& name, int number, CommandKind kind, const std::string& decal,
                       zebcore::utility::ImmutableString text, bool flag);
   const std::string& GetID() const { return mID; }
-  const UString& GetName() const { return mName; }
+  // In the language of the moment, if the host knows the context.
+  UString GetName() const;
   const std::vector<CommandDeclaration>& GetCommands() const { return mCommands; }
 
  private:
+  friend class ShortcutManager;
   std::string mID;
   UString mName;
+  std::string mText; // the name as a text with its key; empty for a context that the host does not know
   std::vector<CommandDeclaration> mCommands;
 };
 
@@ -62,6 +65,9 @@ class ShortcutManager {
   CommandContext* GetContext(const std::string& id);
   // The context of that id; a new one if there is none. Declaring a number again in a context changes nothing.
   CommandContext& AddContext(const std::string& id, const UString& name);
+  // What the host calls the context of that id, whether it stands already or not: a panel gives the name in the language
+  // of the moment in which it is loaded. A text with its key.
+  void SetContextText(const std::string& id, const std::string& text);
   // Calls the registrar at once.
   void RegisterCommandContext(const boost::function<void(ShortcutManager*)>& registrar);
   // A wing menu: the menu behind a panel's title. Adding the same menu again replaces it.
@@ -115,6 +121,7 @@ class ShortcutManager {
   std::vector<std::unique_ptr<CommandContext>> mContexts;
   std::vector<WindowMenuID> mWindowMenuIDs;
   std::map<std::string, Defaults> mDefaults;
+  std::map<std::string, std::string> mContextTexts;
   std::map<std::string, KeysList> mUserKeys;
   std::function<void()> mKeysListener;
 };

@@ -1,9 +1,12 @@
 #include "UIF/Theme.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
+#include <QPen>
 #include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
 
 #include "UIF/ViewWidget.h"
 
@@ -30,6 +33,25 @@ class ProgramStyle : public QProxyStyle {
     default:
       return QProxyStyle::pixelMetric(metric, option, widget);
     }
+  }
+
+  // The plain style draws the frame of a box a little darker than the window, which is next to nothing on a dark one.
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    const bool isRound = element == PE_IndicatorRadioButton;
+    if (!isRound && element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck)
+      return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setBrush(Qt::NoBrush);
+    painter->setPen(QPen(option->palette.color(QPalette::PlaceholderText), 1));
+    const QRectF frame = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (isRound)
+      painter->drawEllipse(frame);
+    else
+      painter->drawRoundedRect(frame, 2, 2);
+    painter->restore();
   }
 
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

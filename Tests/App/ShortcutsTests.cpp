@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QDialog>
 #include <QDockWidget>
 #include <QKeyEvent>
 #include <QLabel>
@@ -9,12 +10,14 @@
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
+#include "App/window/Help.h"
 #include "App/window/Shortcuts.h"
 #include "App/window/ShortcutsWindow.h"
 #include "HSL/HostCommands.h"
 #include "UIF/MenuUtils.h"
 #include "UIF/ShortcutManager.h"
 #include "WindowSupport.h"
+#include "zebcore/Localizer.h"
 
 namespace AppTest {
 
@@ -155,6 +158,59 @@ TEST_F(Shortcuts, AreShownInTheMenuBehindThePanelsTitle) {
   }
   UIF::MenuUtils::SetMenuHook({});
   EXPECT_EQ(keys, std::vector<std::string>{"Ctrl+A"}) << "on the title, and not in the panel";
+}
+
+// --- Where they are told
+
+TEST_F(Shortcuts, OfTheKeyboardHelpAreThoseThatHoldNow) {
+  UIF::ShortcutManager::Instance()->SetUserKeys({{"cmd.captions.bold", {"F9"}}, {"cmd.file.new", {}}});
+  QStringList told;
+  QTimer::singleShot(0, [&told] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_TRUE(dialog);
+    for (const QLabel* label : dialog->findChildren<QLabel*>())
+      told.append(label->text());
+    dialog->reject();
+  });
+  App::ShowKeyboard(window.get());
+  const auto keysOf = [&told](const char* meaning) {
+    const qsizetype at = told.indexOf(QLatin1String(meaning));
+    return at > 0 ? told[at - 1].toStdString() : std::string("not told");
+  };
+  EXPECT_EQ(keysOf("Bold"), "F9");
+  EXPECT_EQ(keysOf("Italic"), "Ctrl+I");
+  EXPECT_EQ(keysOf("New project"), "–");
+  EXPECT_EQ(keysOf("Redo, also while typing"), "Ctrl+Shift+Z, Ctrl+Y");
+  EXPECT_EQ(keysOf("Next Panel"), "F6");
+}
+
+TEST_F(Shortcuts, OfUndoThatWereChangedAreKeptFromTextFieldsTooAndTheOldOnesAreNot) {
+  UIF::ShortcutManager::Instance()->SetKeys("cmd.edit.undo", {"Ctrl+Backspace"});
+  QLineEdit field(window.get());
+  const auto isKept = [&field](int key) {
+    QKeyEvent asked(QEvent::ShortcutOverride, key, Qt::ControlModifier);
+    asked.accept();
+    // The window's own filter alone, without what the field makes of it.
+    field.setEnabled(false);
+    QApplication::sendEvent(&field, &asked);
+    return !asked.isAccepted();
+  };
+  EXPECT_TRUE(isKept(Qt::Key_Backspace));
+  EXPECT_FALSE(isKept(Qt::Key_Z));
+}
+
+TEST_F(Shortcuts, StandUnderContextsThatAreNamedInTheLanguageOfTheMoment) {
+  auto& localizer = zebcore::config::Localizer::Get();
+  const auto nameOf = [](const char* id) {
+    return zebcore::ToUTF8(UIF::ShortcutManager::Instance()->GetContext(id)->GetName());
+  };
+  EXPECT_EQ(nameOf("captions"), "Captions Panel");
+  ASSERT_TRUE(localizer.SetLanguage("de"));
+  const std::string captions = nameOf("captions");
+  const std::string global = nameOf("global");
+  localizer.SetLanguage("en");
+  EXPECT_NE(captions, "Captions Panel");
+  EXPECT_NE(global, "Application");
 }
 
 } // namespace AppTest
