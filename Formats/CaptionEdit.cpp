@@ -57,20 +57,33 @@ void ChangeText(CaptionState& caption, std::span<const TextChange> changes) {
 }
 
 CaptionDraft CutCaption(const CaptionState& state, std::size_t begin, std::size_t end) {
-  CaptionDraft part = CopyCaption(state);
+  CaptionDraft part(new CaptionState);
+  part->begin = state.begin;
+  part->end = state.end;
+  part->paragraph = state.paragraph;
   part->text = state.text.substr(begin, end - begin);
-  part->typing.reset();
-  for (TextRun& run : part->runs)
-    run.start = run.start > begin ? static_cast<std::uint32_t>(run.start - begin) : 0;
+  // The last run that begins at the part or before it, and those within.
+  auto run = std::upper_bound(state.runs.begin(), state.runs.end(), begin,
+                              [](std::size_t at, const TextRun& candidate) { return at < candidate.start; });
+  part->runs.push_back({0, std::prev(run)->attributes});
+  for (; run != state.runs.end() && run->start < end; ++run)
+    part->runs.push_back({static_cast<std::uint32_t>(run->start - begin), run->attributes});
   TidyRuns(*part);
   return part;
 }
 
 void AppendBelow(CaptionState& caption, const CaptionState& below) {
+  if (below.text.empty())
+    return;
+  caption.typing.reset();
+  if (caption.text.empty()) {
+    caption.text = below.text;
+    caption.runs = below.runs;
+    return;
+  }
   caption.text += u'\n';
   const auto shift = static_cast<std::uint32_t>(caption.text.size());
   caption.text += below.text;
-  caption.typing.reset();
   for (const TextRun& run : below.runs) {
     if (caption.runs.empty() || !(*caption.runs.back().attributes == *run.attributes))
       caption.runs.push_back({run.start + shift, run.attributes});
@@ -78,12 +91,16 @@ void AppendBelow(CaptionState& caption, const CaptionState& below) {
 }
 
 void PlaceAgain(CaptionState& caption, std::u16string_view textBefore, StreamFormat format) {
+  const auto& place = caption.paragraph;
+  PlaceAgain(caption, PlaceText(format, textBefore, place.anchor, place.alignment), format);
+}
+
+void PlaceAgain(CaptionState& caption, const Placement& before, StreamFormat format) {
   if (zebcaptioning::IsOpenCaptions(format))
     return;
   auto& place = caption.paragraph;
-  const Placement before = PlaceText(format, textBefore, place.anchor, place.alignment);
-  const Placement now = PlaceText(format, caption.text, place.anchor, place.alignment);
   if (place.x == before.x && place.y == before.y) {
+    const Placement now = PlaceText(format, caption.text, place.anchor, place.alignment);
     place.x = now.x;
     place.y = now.y;
     return;

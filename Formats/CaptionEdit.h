@@ -22,14 +22,16 @@ struct TextChange {
 // Changes are in order and do not meet.
 void ChangeText(zebcaptioning::CaptionState& caption, std::span<const TextChange> changes);
 
-// Units from begin up to end, with times and place of the whole.
+// Units from begin up to end, with times and place of the whole. What it takes goes by the part and not by the whole.
 CaptionDraft CutCaption(const zebcaptioning::CaptionState& state, std::size_t begin, std::size_t end);
-// The other one's text comes below, behind a line feed.
+// The other one's text comes below, behind a line feed; of texts without a character nothing is seen.
 void AppendBelow(zebcaptioning::CaptionState& caption, const zebcaptioning::CaptionState& below);
 
 // A closed caption whose text was another one before: where it stood by itself it does so again, and one with a place
 // of its own stays there as far as the grid holds its lines.
 void PlaceAgain(zebcaptioning::CaptionState& caption, std::u16string_view textBefore, StreamFormat format);
+// Likewise; before is where it would have stood by itself.
+void PlaceAgain(zebcaptioning::CaptionState& caption, const Placement& before, StreamFormat format);
 
 // Cells that a line takes: a character outside the basic plane is one, a combining mark none.
 std::size_t CountCells(std::u16string_view line);

@@ -154,13 +154,16 @@ Captions Split(const CaptionState& caption, std::size_t lineCount, StreamFormat 
   std::vector<CaptionDraft> drafts;
   std::vector<std::int64_t> weights{0};
   for (std::size_t part = 0, line = 0; part < count; ++part) {
-    line += starts.size() / count + (part < starts.size() % count ? 1 : 0);
-    const std::size_t begin = starts[line - (starts.size() / count + (part < starts.size() % count ? 1 : 0))];
+    const std::size_t lines = starts.size() / count + (part < starts.size() % count ? 1 : 0);
+    const std::size_t begin = starts[line];
+    line += lines;
     const std::size_t end = line < starts.size() ? starts[line] - 1 : caption.text.size();
     drafts.push_back(CutCaption(caption, begin, end));
-    const auto cells = static_cast<std::int64_t>(CountCells(drafts.back()->text));
+    // Without the line feeds between its lines.
+    const auto cells = static_cast<std::int64_t>(CountCells(drafts.back()->text) - (lines - 1));
     weights.push_back(weights.back() + std::max<std::int64_t>(cells, 1));
   }
+  const Placement byItself = PlaceText(format, caption.text, caption.paragraph.anchor, caption.paragraph.alignment);
   const std::int64_t duration = (caption.end - caption.begin).GetTicks();
   for (std::size_t part = 0; part < count; ++part) {
     const CaptionDraft& draft = drafts[part];
@@ -168,7 +171,7 @@ Captions Split(const CaptionState& caption, std::size_t lineCount, StreamFormat 
     draft->end = caption.begin + TickTime(Share(duration, weights[part + 1], weights.back()));
     if (draft->end <= draft->begin)
       return {};
-    PlaceAgain(*draft, caption.text, format);
+    PlaceAgain(*draft, byItself, format);
     parts.push_back(draft);
   }
   return parts;
