@@ -33,6 +33,8 @@ void PanelWindow::Resize(int width, int height) {
   mHeight = height;
   mWindow->resize(width + 2 * kMargin, height + 2 * kMargin);
   mContainer->setGeometry(kMargin, kMargin, width, height);
+  // A hidden container would tell its size only once it is shown, and so lay out a view that was just made.
+  mContainer->setAttribute(Qt::WA_PendingResizeEvent, false);
 }
 
 void PanelWindow::Activate() {

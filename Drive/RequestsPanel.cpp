@@ -81,9 +81,15 @@ Json SetDuty(Driver& driver, const Fields& fields) {
 
 Json ResizePanel(Driver& driver, const Fields& fields) {
   constexpr int kMost = 16384;
-  UIF::TabView& view = driver.CreatedView();
   const int width = static_cast<int>(fields.Integer("width", 0, kMost, driver.Window().GetWidth()));
   const int height = static_cast<int>(fields.Integer("height", 0, kMost, driver.Window().GetHeight()));
+  // Without a panel, the size in which it will be made.
+  const UIF::TabView* open = driver.View();
+  if ((!open || !open->IsCreated()) && !fields.Has("stacked")) {
+    driver.Window().Resize(width, height);
+    return Json::object();
+  }
+  UIF::TabView& view = driver.CreatedView();
   if (fields.Has("stacked"))
     view.SetIsStacked(fields.Flag("stacked"));
   Resize(driver.Window(), view, width, height);
