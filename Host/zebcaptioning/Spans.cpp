@@ -119,93 +119,97 @@ class SpanChange {
   SpanChange(CaptionFormatParameter parameter, const CaptionFormatInfo& info, StreamFormat format)
       : mParameter(parameter), mInfo(info), mFormat(format), mFacts(GetFormatFacts(format)) {}
 
+  // Whether the format takes anything of it.
+  bool IsAllowed() const {
+    TextSpanAttributes ignored;
+    return ApplyTo(ignored);
+  }
+
   SharedSpan Apply(const SharedSpan& before) const {
     TextSpanAttributes span = *before;
-    ApplyParameter(span);
-    bool ignored = false;
-    if (mInfo.GetForceBolded() && mFacts.bold)
-      span.bold = mInfo.GetIsBolded(ignored);
-    if (mInfo.GetForceItalicized() && mFacts.italic)
-      span.italic = mInfo.GetIsItalicized(ignored);
+    ApplyTo(span);
     return span == *before ? before : Share(span);
   }
 
  private:
-  void ApplyParameter(TextSpanAttributes& span) const {
+  // All of these: false if the format allows nothing of it, and nothing was written.
+  bool ApplyTo(TextSpanAttributes& span) const {
+    bool isAllowed = ApplyParameter(span);
+    bool ignored = false;
+    if (mInfo.GetForceBolded())
+      isAllowed |= Write(mFacts.bold, span.bold, mInfo.GetIsBolded(ignored));
+    if (mInfo.GetForceItalicized())
+      isAllowed |= Write(mFacts.italic, span.italic, mInfo.GetIsItalicized(ignored));
+    return isAllowed;
+  }
+
+  template <class T> static bool Write(bool isAllowed, T& target, const T& value) {
+    if (isAllowed)
+      target = value;
+    return isAllowed;
+  }
+
+  bool ApplyParameter(TextSpanAttributes& span) const {
     bool ignored = false;
     switch (mParameter) {
     case kFormatUnderline:
-      if (mFacts.underline)
-        span.underline = mInfo.GetIsUnderlined(ignored);
-      break;
+      return Write(mFacts.underline, span.underline, mInfo.GetIsUnderlined(ignored));
     case kFormatItalic:
-      if (mFacts.italic)
-        span.italic = mInfo.GetIsItalicized(ignored);
-      break;
+      return Write(mFacts.italic, span.italic, mInfo.GetIsItalicized(ignored));
     case kFormatBold:
-      if (mFacts.bold)
-        span.bold = mInfo.GetIsBolded(ignored);
-      break;
+      return Write(mFacts.bold, span.bold, mInfo.GetIsBolded(ignored));
     case kFormatFontFamily:
-      ApplyFamily(span);
-      break;
-    case kFormatFontSize:
-      if (const float size = mInfo.GetFontSize(ignored); IsLegalSize(mFormat, size))
-        span.size = size;
-      break;
+      return ApplyFamily(span);
+    case kFormatFontSize: {
+      const float size = mInfo.GetFontSize(ignored);
+      return Write(IsLegalSize(mFormat, size), span.size, size);
+    }
     case kFormatTextColor:
-      ApplyColor(CaptioningColor::kColorType_Text, span.textColor);
-      break;
+      return ApplyColor(CaptioningColor::kColorType_Text, span.textColor);
     case kFormatBackgroundColor:
-      ApplyColor(CaptioningColor::kColorType_Background, span.backgroundColor);
-      break;
+      return ApplyColor(CaptioningColor::kColorType_Background, span.backgroundColor);
     case kFormatEdgeColor:
-    case kFormatEdgeWidth:
-      ApplyColor(CaptioningColor::kColorType_Edge, span.edgeColor);
-      ApplyEdgeWidth(span);
-      break;
+    case kFormatEdgeWidth: {
+      const bool isColorAllowed = ApplyColor(CaptioningColor::kColorType_Edge, span.edgeColor);
+      return ApplyEdgeWidth(span) || isColorAllowed;
+    }
     case kFormatTextOpacity:
-      ApplyOpacity(CaptioningColor::kColorType_Text, span.textColor);
-      break;
+      return ApplyOpacity(CaptioningColor::kColorType_Text, span.textColor);
     case kFormatBackgroundOpacity:
-      ApplyOpacity(CaptioningColor::kColorType_Background, span.backgroundColor);
-      break;
+      return ApplyOpacity(CaptioningColor::kColorType_Background, span.backgroundColor);
     case kFormatEdgeOpacity:
-      ApplyOpacity(CaptioningColor::kColorType_Edge, span.edgeColor);
-      break;
+      return ApplyOpacity(CaptioningColor::kColorType_Edge, span.edgeColor);
     default:
-      break;
+      return false;
     }
   }
 
-  void ApplyFamily(TextSpanAttributes& span) const {
+  bool ApplyFamily(TextSpanAttributes& span) const {
     UString family;
     bool ignored = false;
     mInfo.GetFontFamily(family, ignored);
-    if (IsLegalFamily(mFormat, family))
-      span.family = family;
+    return Write(IsLegalFamily(mFormat, family), span.family, family);
   }
 
-  void ApplyColor(CaptioningColor::ColorType type, CaptioningColor& target) const {
+  bool ApplyColor(CaptioningColor::ColorType type, CaptioningColor& target) const {
     CaptioningColor color;
     bool ignored = false;
     mInfo.GetColor(type, color, ignored);
-    if (SnapToLegalColor(mFormat, type, color))
-      target = color;
+    const bool isLegal = SnapToLegalColor(mFormat, type, color);
+    return Write(isLegal, target, color);
   }
 
-  void ApplyOpacity(CaptioningColor::ColorType type, CaptioningColor& target) const {
+  bool ApplyOpacity(CaptioningColor::ColorType type, CaptioningColor& target) const {
     bool ignored = false;
     float opacity = mInfo.GetOpacity(type, ignored);
-    if (SnapToLegalOpacity(mFormat, type, opacity))
-      target.alpha = opacity;
+    const bool isLegal = SnapToLegalOpacity(mFormat, type, opacity);
+    return Write(isLegal, target.alpha, opacity);
   }
 
-  void ApplyEdgeWidth(TextSpanAttributes& span) const {
+  bool ApplyEdgeWidth(TextSpanAttributes& span) const {
     bool ignored = false;
     const float width = mInfo.GetTextEdgeWidth(ignored);
-    if (mFacts.edges && std::isfinite(width) && width >= 0.0F)
-      span.edgeWidth = width;
+    return Write(mFacts.edges && std::isfinite(width) && width >= 0.0F, span.edgeWidth, width);
   }
 
   CaptionFormatParameter mParameter;
@@ -334,6 +338,8 @@ CaptionStatePtr ApplyToRange(const CaptionStatePtr& state, CaptionFormatParamete
   }
 
   const SpanChange change(parameter, info, format);
+  if (!change.IsAllowed())
+    return state;
   const bool isWhole = range.first == 0 && range.second == kTextRange_End;
   const TextRange covered = ClampRange(state->text, range);
   if (covered.first == covered.second && !isWhole) {

@@ -266,6 +266,18 @@ TEST(ApplyingUnderlineAndItalic, IsNothingToTeletext) {
   EXPECT_TRUE(ApplyToRange(State(u"a"), kFormatItalic, *info, kWhole, kCC1)->runs[0].attributes->italic);
 }
 
+TEST(ApplyingWhatTheFormatLacks, KeepsTheStyleOfWhatIsTypedNext) {
+  const auto info = Info();
+  info->SetIsItalicized(true, true);
+  for (const UString& text : {UString(), UString(u"abc")}) {
+    const auto before = Colour(State(text), kFormatTextColor, kRed, kTeletext, {0, 0});
+    ASSERT_TRUE(before->typing);
+    EXPECT_EQ(ApplyToRange(before, kFormatItalic, *info, kWhole, kTeletext), before);
+    // What it has, though it be there already, reaches the whole and ends that style.
+    EXPECT_FALSE(Colour(before, kFormatTextColor, kRed, kTeletext)->typing);
+  }
+}
+
 TEST(ApplyingAPosition, IsHeldToTheRowsAndColumnsThatMayBeUsed) {
   const auto info = Info();
   info->SetPositionX(99);
