@@ -21,6 +21,8 @@ namespace {
 
 // Thumbnails are about 30 KB: this many are 60 MB at most.
 constexpr std::size_t kFramesKept = 2000;
+// Larger pictures weigh more, so that fewer of them are kept.
+constexpr std::size_t kBytesKept = 64 * 1024 * 1024;
 // The worker steps back behind whoever types while it decodes.
 constexpr int kWorkerNiceness = 5;
 // Files that stay open at once; each holds a decoder.
@@ -31,6 +33,10 @@ using FrameKey = std::tuple<zebcore::utility::Guid, zebmediatypes::TickTime, int
 
 FrameKey KeyOf(const FrameOrder& order) {
   return {order.content, order.time, order.width, order.height};
+}
+
+std::size_t BytesOf(const FrameRef& frame) {
+  return static_cast<std::size_t>(frame->GetRowBytes()) * static_cast<std::size_t>(frame->GetRect().height);
 }
 
 } // namespace
@@ -50,6 +56,7 @@ struct FrameService::Impl {
 
   std::list<std::pair<FrameKey, FrameRef>> kept; // the one used last in front
   std::map<FrameKey, std::list<std::pair<FrameKey, FrameRef>>::iterator> keptByKey;
+  std::size_t bytesKept = 0;
 
   // Worker only.
   std::list<std::pair<std::filesystem::path, std::unique_ptr<FrameDecoder>>> decoders;
@@ -69,7 +76,9 @@ struct FrameService::Impl {
       return;
     kept.emplace_front(key, frame);
     keptByKey.emplace(key, kept.begin());
-    if (kept.size() > kFramesKept) {
+    bytesKept += BytesOf(frame);
+    while (kept.size() > kFramesKept || (bytesKept > kBytesKept && kept.size() > 1)) {
+      bytesKept -= BytesOf(kept.back().second);
       keptByKey.erase(kept.back().first);
       kept.pop_back();
     }

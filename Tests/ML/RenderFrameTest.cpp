@@ -168,6 +168,19 @@ TEST_F(RenderFrameTest, RequestsOutliveThePicturesThatAreKept) {
   EXPECT_EQ(answers.size(), static_cast<std::size_t>(kRequests));
 }
 
+TEST_F(RenderFrameTest, OfLargePicturesFewerAreKept) {
+  const Clip media({.name = "a.mp4", .pictures = 50});
+  const auto video = VideoOf(AddClip(media.Path()));
+  renderer->SetFrameSize({0, 0, 1920, 1080}, zebmediatypes::kPixelAspectRatio_Square); // 8 MB each
+  constexpr int kLast = 11;
+  for (int number = 0; number <= kLast; ++number) {
+    Ask(video, Frames(number));
+    Settle();
+  }
+  EXPECT_TRUE(Ask(video, Frames(kLast)).frame);
+  EXPECT_FALSE(Ask(video, Frames(0)).frame);
+}
+
 TEST_F(RenderFrameTest, AskingNeverWaitsForAPictureUnderWay) {
   const Clip media({.name = "a.mp4", .pictures = 50});
   const auto video = VideoOf(AddClip(media.Path()));
