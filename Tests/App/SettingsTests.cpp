@@ -1,5 +1,7 @@
 // Import and export by the settings of the project.
 
+#include <cstdlib>
+
 #include "App/session/Exports.h"
 #include "BE/CaptionsSettings.h"
 #include "Support.h"
@@ -41,6 +43,26 @@ TEST_F(CaptionsSettingsTest, ImportTreatsCaptionsAsTheProjectHasIt) {
   ASSERT_EQ(report.value->problems.size(), 1U);
   ASSERT_TRUE(session().ExportCaptions(report.value->stream, folder / "out.srt", Formats::FileKind::SubRip));
   EXPECT_NE(ReadFile(folder / "out.srt").find("00:00:11,000 --> 00:00:12,000"), std::string::npos);
+}
+
+TEST_F(CaptionsSettingsTest, TracksInsideMediaAreTreatedButKeepTheTimesOfTheMedia) {
+  folder.Write("track.srt", kTwoCaptions);
+  const std::string command = "cd '" + folder.GetPath().string() +
+                              "' && ffmpeg -nostdin -v error -y -f lavfi -i color=size=64x36:rate=25:duration=5 -i "
+                              "track.srt -c:s srt clip.mkv";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  BE::CaptionsImportSettings settings;
+  settings.longLines = BE::LongLines::Wrap;
+  settings.lineLength = 12;
+  settings.offset = zebmediatypes::TickTimeFromSeconds(10);
+  BE::SetCaptionsImportSettings(*project(), settings);
+  const auto media = session().ImportMedia(folder / "clip.mkv");
+  ASSERT_TRUE(media);
+  const auto streams = (*media.value)->GetStreams();
+  ASSERT_EQ(streams.size(), 1U);
+  EXPECT_EQ(Texts(streams[0]), (std::vector<std::string>{"The harbour\nwakes.", "A gull\ncalls."}));
+  ASSERT_TRUE(session().ExportCaptions(streams[0], folder / "out.srt", Formats::FileKind::SubRip));
+  EXPECT_NE(ReadFile(folder / "out.srt").find("00:00:01,000 --> 00:00:02,000"), std::string::npos);
 }
 
 TEST_F(CaptionsSettingsTest, FramesAreCountedAtTheRateOfTheClipUnlessTheSettingsSayAnother) {
