@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 
 #include "Building.h"
@@ -319,6 +320,28 @@ TEST(Treat, CanBeStopped) {
   result.captions = kOverlapping;
   Treat(result, {}, k608, 32, [](double) { return false; });
   EXPECT_TRUE(result.cancelled);
+}
+
+// The factor is far above what a busy machine makes of equal work, and far below what looking at all for each would
+// take.
+TEST(Treat, TenThousandCaptionsOfOneTimeTakeAboutAsLongAsOneAfterTheOther) {
+  constexpr int kCount = 10000;
+  constexpr int kFactor = 30;
+  const auto measure = [](Overlaps overlaps, int apart) {
+    ReadResult result;
+    for (int i = 0; i < kCount; ++i)
+      result.captions.push_back(Caption(i * apart, i * apart + 2000, u"The harbour wakes and gulls are crying"));
+    BE::CaptionsImportSettings settings;
+    settings.longLines = LongLines::Reflow;
+    settings.longCaptions = BE::LongCaptions::Split;
+    settings.lineCount = 1;
+    settings.overlaps = overlaps;
+    const auto start = std::chrono::steady_clock::now();
+    Treat(result, settings, k608, 20);
+    return std::chrono::steady_clock::now() - start;
+  };
+  for (const Overlaps overlaps : {Overlaps::EndEarlier, Overlaps::BeginLater, Overlaps::Merge})
+    EXPECT_LT(measure(overlaps, 0), kFactor * measure(overlaps, 1500)) << static_cast<int>(overlaps);
 }
 
 TEST(CountedFrames, AreTimesAtTheRateOfTheSettings) {
