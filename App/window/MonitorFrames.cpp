@@ -43,6 +43,7 @@ void MonitorFrames::Want(const Video& video, zebmediatypes::TickTime time, const
   const bool isOther = video != mWanted.video;
   mWanted = order;
   if (isOther) {
+    mRequest = 0;
     mGiveUp->stop();
     Show(nullptr);
   }

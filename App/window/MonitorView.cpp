@@ -94,8 +94,7 @@ void MonitorView::Show(const Stream& stream, zebmediatypes::TickTime time) {
   mTime = time;
   mScreen = stream ? monitor::MakeScreen(*stream, time) : monitor::CaptionScreen();
   mComposed = QImage();
-  if (!mWantSoon->isActive())
-    WantFrame();
+  WantFrame();
   update();
 }
 

@@ -12,6 +12,7 @@
 #include "App/window/Settings.h"
 #include "Captions/contracts/Stations.h"
 #include "Captions/contracts/StreamMessages.h"
+#include "ML/FrameService.h"
 #include "WindowSupport.h"
 
 // The monitor in the window.
@@ -82,6 +83,14 @@ class Monitor : public Window {
       if (button->accessibleName() == name)
         return button;
     return nullptr;
+  }
+  // The first may be followed by one that was wanted meanwhile.
+  static void AwaitPictures() {
+    for (int i = 0; i < 3; ++i) {
+      ML::FrameService::Instance().WaitUntilIdle();
+      zebcore::messaging::DeliverPostedMessages();
+      Settle();
+    }
   }
   QImage Grab() { return Dock().GetView().grab().toImage(); }
 
@@ -205,6 +214,42 @@ TEST_F(Monitor, RemembersThatTheGridAndTheSafeAreasAreShown) {
   Button("Rows and columns")->click();
   Button("Safe areas")->click();
   EXPECT_EQ(plain, Grab());
+}
+
+TEST_F(Monitor, ShowsThePictureHalfwayThroughTheCaption) {
+  const auto media = session().ImportMedia(fs::path(CAPTIVO_SOURCE_DIR) / "Samples" / "harbour.mp4");
+  ASSERT_TRUE(media) << media.problem.text;
+  clip = *media.value;
+  auto report = session().ImportCaptions(clip, folder.Write("two.srt", kTwoCaptions), cc1);
+  ASSERT_TRUE(report);
+  stream = report.value->stream;
+  Select(1);
+  AwaitPictures();
+  const QPoint centre = Dock().GetView().GetPictureRect().center();
+  const QColor colour(Grab().pixel(centre));
+  EXPECT_NE(colour, QColor(48, 48, 48)) << "the colour where there is no picture";
+  Edit(1, [](auto& state) { state.text = u"Retyped"; });
+  EXPECT_EQ(QColor(Grab().pixel(centre)), colour) << "typing asks for no other picture";
+}
+
+TEST_F(Monitor, EndsOnTheLastPictureHoweverFastCaptionsAreSelected) {
+  const auto media = session().ImportMedia(fs::path(CAPTIVO_SOURCE_DIR) / "Samples" / "harbour.mp4");
+  ASSERT_TRUE(media) << media.problem.text;
+  clip = *media.value;
+  auto report = session().ImportCaptions(clip, folder.Write("two.srt", kTwoCaptions), cc1);
+  ASSERT_TRUE(report);
+  stream = report.value->stream;
+  Select(0);
+  AwaitPictures();
+  const QImage first = Grab();
+  Select(1);
+  AwaitPictures();
+  EXPECT_NE(Grab(), first);
+  Select(0);
+  Select(1);
+  Select(0);
+  AwaitPictures();
+  EXPECT_EQ(Grab(), first);
 }
 
 TEST_F(Monitor, CanBeClosedAndBroughtBackByTheWindowMenu) {
