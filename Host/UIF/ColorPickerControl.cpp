@@ -228,6 +228,7 @@ void ColorPickerControl::Create(ViewBase* parent, const RectT<int>& bounds, unsi
   impl->swatch->WhenDropped([this](const Color& color) { SetColor(color, true); });
   toolkit::SetTraceName(*impl->node, "colorPicker");
   const zebcore::config::Localizer& localizer = zebcore::config::Localizer::Get();
+  impl->node->UI_SetAccessibleName(localizer.Localize("$$$/Vidra/UIF/ColorPicker/Swatch=Choose a color"));
   impl->swatch->UI_SetToolTip(localizer.Localize("$$$/Vidra/UIF/ColorPicker/Swatch=Choose a color"), kToolTipDelay);
   impl->dropper->UI_SetToolTip(localizer.Localize("$$$/Vidra/UIF/ColorPicker/Eyedropper=Pick a color from the screen"),
                                kToolTipDelay);

@@ -343,6 +343,8 @@ void SubView::Create(ViewBase* parent, const RectT<int>& bounds) {
     return;
   Trace("SubView::Create", *this, "bounds", TraceRect(bounds));
   CreateViewWidget(*this, WidgetOf(parent), bounds, false);
+  if (const TabView* tabView = parent->Impl().tabView)
+    Impl().widget->setAccessibleName(toolkit::ToQt(tabView->GetName()));
   Impl().parent = parent;
   Guard("ViewBase::CreateSelf", [&] { CreateSelf(bounds); });
 }

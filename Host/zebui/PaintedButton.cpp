@@ -142,12 +142,20 @@ bool PaintedButton::event(QEvent* event) {
   if (mOwner && DispatchKeyEvent(*mOwner, *event)) {
     if (event->isAccepted())
       return true;
-    const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
-    const bool isTab = key == Qt::Key_Tab || key == Qt::Key_Backtab;
     // The toolkit's buttons would take arrows too, and go to a neighbour.
-    return isTab && QPushButton::event(event);
+    if (event->type() == QEvent::KeyPress && MoveByTab(*static_cast<QKeyEvent*>(event)))
+      event->accept();
+    return event->isAccepted();
   }
   return QPushButton::event(event);
+}
+
+// Accepted, else the key would go to the widgets around, and the focus on with it.
+bool PaintedButton::MoveByTab(const QKeyEvent& key) {
+  const bool isTab = key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab;
+  if (!isTab || (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
+    return false;
+  return focusNextPrevChild(key.key() == Qt::Key_Tab && !(key.modifiers() & Qt::ShiftModifier));
 }
 
 void PaintedButton::paintEvent(QPaintEvent*) {

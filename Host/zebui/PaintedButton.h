@@ -58,6 +58,8 @@ class PaintedButton : public QPushButton {
   void leaveEvent(QEvent* event) override;
 
  private:
+  bool MoveByTab(const QKeyEvent& key);
+
   ui::UI_Node* mOwner;
   Paint mPaint;
   QPointF mPointer{-1, -1};

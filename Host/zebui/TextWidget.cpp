@@ -120,7 +120,8 @@ bool TextWidget::IsEditingKey(const QKeyEvent& event, bool severalLines) {
 bool TextWidget::RunDefaultKey(const QKeyEvent& event) {
   const toolkit::WidgetScope scope;
   if (IsTab(event)) {
-    if (event.modifiers() & kCommandModifiers)
+    // Of several lines the text keeps Tab to itself; with Control it is left all the same.
+    if (event.modifiers() & (mOwner.severalLines ? kCommandModifiers & ~Qt::ControlModifier : kCommandModifiers))
       return false;
     const bool backwards = event.key() == Qt::Key_Backtab || (event.modifiers() & Qt::ShiftModifier);
     QWidget* const next = toolkit::NextTabStop(this, backwards);

@@ -85,8 +85,8 @@ class WorkspaceOfProgram : public WindowWithPanel {
                     i / 60, i % 60, i);
       text += line;
     }
-    const auto report = session().ImportCaptions(clip, folder.Write("many.srt", text),
-                                                 App::GetStreamFormat("cea608", 2));
+    const auto report =
+        session().ImportCaptions(clip, folder.Write("many.srt", text), App::GetStreamFormat("cea608", 2));
     ASSERT_TRUE(report) << report.problem.text;
     session().SelectStream(report.value->stream);
     Settle();
