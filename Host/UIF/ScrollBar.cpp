@@ -139,9 +139,8 @@ void ScrollBar::SetScrollBarPosition(int position, bool notify) {
     return;
   if (zebcore::trace::IsOn())
     mImpl->Trace("ScrollBar::SetScrollBarPosition", {{"position", position}, {"notify", notify}});
-  const int inRange = std::clamp(position, mImpl->min, mImpl->Last());
-  const bool moved = inRange != mImpl->position;
-  mImpl->position = inRange;
+  const bool moved = position != mImpl->position;
+  mImpl->position = position;
   mImpl->ShowRange();
   if (moved && notify)
     mImpl->Report();

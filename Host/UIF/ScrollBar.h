@@ -26,11 +26,11 @@ class ScrollBar {
   // The width of a vertical bar.
   static int GetDefaultSize();
 
-  // max is the length of the content; the position goes from min to max - page, and never under min.
+  // max is the length of the content; a person moves the position from min to max - page, and never under min.
   void SetScrollParameters(int min, int max, int page, int step);
   void GetScrollParameters(int& min, int& max, int& page, int& step) const;
-  // With notify a position that is really another (after it was brought into range) is reported by
-  // ScrollVerticalMessage.
+  // Kept and reported as it is given, also outside of what a person can reach; the bar then stands at its end. With
+  // notify a position that is another one is reported by ScrollVerticalMessage.
   void SetScrollBarPosition(int position, bool notify);
   int GetScrollBarPosition() const;
   int GetStep() const;

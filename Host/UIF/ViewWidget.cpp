@@ -25,23 +25,29 @@ PointT<int> PointOf(const QPointF& point) {
   return {static_cast<int>(point.x()), static_cast<int>(point.y())};
 }
 
-// A turn that would pass an end of the panel's scroll bar stops there, as scroll bars do: views count on the wheel
-// without a bound of their own. False if it stays inside, or if there is no bar.
-bool StopsAtEnd(const QWidget& widget, int notches) {
+// The panel's own upright scroll bar; null while it has none on show.
+QScrollBar* ScrollBarOf(const QWidget& widget) {
   const TabView* tabView = TabViewOf(const_cast<QWidget*>(&widget));
   const QWidget* panel = tabView ? WidgetOf(tabView) : nullptr;
   if (!panel)
-    return false;
+    return nullptr;
   for (QScrollBar* bar : panel->findChildren<QScrollBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-    if (bar->orientation() != Qt::Vertical || bar->isHidden())
-      continue;
-    const int target = bar->value() - notches * bar->singleStep();
-    if (target >= bar->minimum() && target <= bar->maximum())
-      return false;
-    bar->setValue(target);
-    return true;
+    if (bar->orientation() == Qt::Vertical && !bar->isHidden())
+      return bar;
   }
-  return false;
+  return nullptr;
+}
+
+// A move that would pass an end of the panel's scroll bar stops there, as scroll bars do: views count on wheels and
+// fingers without that bound. distance: pixels, down is positive. False if it stays inside, or if there is no bar.
+bool StopsAtEnd(QScrollBar* bar, int distance) {
+  if (!bar)
+    return false;
+  const int target = bar->value() + distance;
+  if (target >= bar->minimum() && target <= bar->maximum())
+    return false;
+  bar->setValue(target);
+  return true;
 }
 
 } // namespace
@@ -151,7 +157,9 @@ void ViewWidget::wheelEvent(QWheelEvent* event) {
   const PointT<int> point = PointOf(event->position());
   // A touchpad says how far the fingers went; a wheel only counts notches.
   if (event->phase() != Qt::NoScrollPhase && !event->pixelDelta().isNull()) {
-    mView->DispatchMousePan(point, {-event->pixelDelta().x(), -event->pixelDelta().y()});
+    const QPoint distance = -event->pixelDelta();
+    if (!StopsAtEnd(ScrollBarOf(*this), distance.y()))
+      mView->DispatchMousePan(point, {distance.x(), distance.y()});
     return;
   }
   const int turned = event->angleDelta().y();
@@ -163,7 +171,8 @@ void ViewWidget::wheelEvent(QWheelEvent* event) {
   mWheelRest += turned;
   const int notches = mWheelRest / kEighthsPerNotch;
   mWheelRest -= notches * kEighthsPerNotch;
-  if (notches != 0 && !StopsAtEnd(*this, notches))
+  QScrollBar* const bar = ScrollBarOf(*this);
+  if (notches != 0 && !StopsAtEnd(bar, bar ? -notches * bar->singleStep() : 0))
     mView->DispatchMouseWheel(point, ModifiersOf(*event), notches);
 }
 

@@ -35,11 +35,12 @@ struct TextRun {
 // a caption was is keeping a pointer. There is always at least one run, the first at 0, starts rise, and no two
 // neighbours are equal. typing is the style of what is typed next at the caret, null to take the run before the caret.
 struct CaptionState : boost::intrusive_ref_counter<CaptionState> {
+  // What merging many captions reads lies together.
+  zebcore::UString text;
+  std::vector<TextRun> runs;
+  ParagraphStyleAttributes paragraph;
   zebmediatypes::TickTime begin;
   zebmediatypes::TickTime end;
-  zebcore::UString text;
-  ParagraphStyleAttributes paragraph;
-  std::vector<TextRun> runs;
   SharedSpan typing;
   std::uint32_t typingAt = 0;
 
