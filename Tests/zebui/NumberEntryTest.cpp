@@ -92,7 +92,9 @@ TEST(NumberEntry, RefusesWhatLeadsToNoNumber) {
 
 TEST(NumberEntry, RefusesBracketsWithoutEnd) {
   EXPECT_EQ(ReadNumberEntry(std::u16string(100000, u'('), 5.0), std::nullopt);
-  EXPECT_EQ(ReadNumberEntry(std::u16string(100000, u'-') + u"1", 5.0), std::nullopt);
+  std::u16string signs(100000, u'-');
+  signs.push_back(u'1');
+  EXPECT_EQ(ReadNumberEntry(signs, 5.0), std::nullopt);
 }
 
 RC_GTEST_PROP(NumberEntry, ReadsEverySumAsItIsWritten, (int a, std::int16_t b, std::int16_t c)) {
