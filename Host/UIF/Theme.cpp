@@ -81,9 +81,9 @@ Colors ColorsOf(Theme theme) {
   const QColor window = ToQt(ColorManager::GetColor(kColor_WindowBackground));
   const QColor text = ToQt(ColorManager::GetColor(kColor_ReversibleBlack));
   if (theme == Theme::Dark)
-    return {window,       {22, 24, 29},  {27, 30, 35},    text,           {150, 157, 168},
+    return {window,       {22, 24, 29},  {27, 30, 35},    text,           {172, 179, 189},
             {48, 53, 62}, {37, 99, 235}, {255, 255, 255}, {124, 176, 255}};
-  return {window,          {255, 255, 255}, {240, 242, 246}, text,         {104, 112, 124},
+  return {window,          {255, 255, 255}, {240, 242, 246}, text,         {92, 100, 112},
           {234, 237, 242}, {29, 99, 209},   {255, 255, 255}, {18, 86, 190}};
 }
 

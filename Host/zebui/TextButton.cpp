@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QPushButton>
 #include <QStyleOptionButton>
 #include <QStylePainter>
@@ -30,10 +31,10 @@ class ButtonWidget : public QPushButton {
     QFont fitted = font();
     const int room = std::max(0, width() - 2 * kMargin);
     for (int size = QFontInfo(fitted).pixelSize();
-         size > kSmallestFont && QFontMetrics(fitted).horizontalAdvance(option.text) > room; fitted.setPixelSize(size))
+         size > kSmallestFont && QFontMetricsF(fitted).horizontalAdvance(option.text) > room; fitted.setPixelSize(size))
       --size;
     option.fontMetrics = QFontMetrics(fitted);
-    option.text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, room);
+    option.text = QFontMetricsF(fitted).elidedText(option.text, Qt::ElideRight, room);
     QStylePainter painter(this);
     painter.setFont(fitted);
     painter.drawControl(QStyle::CE_PushButton, option);
