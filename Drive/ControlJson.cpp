@@ -128,8 +128,11 @@ struct Describer {
     json["focus"] = picker->HasFocus();
     json["value"] = FromByteColor(picker->GetColor());
     json["on"] = picker->IsEyedropperActive();
-    if (UI_Node* node = picker->GetNode())
+    // Its halves have sizes of their own; the whole has none that it would recommend.
+    if (UI_Node* node = picker->GetNode()) {
       DescribeNode(json, *node);
+      json.erase("recommended");
+    }
   }
 
   void operator()(UIF::ScrollBar* bar) const {
@@ -146,7 +149,15 @@ struct Describer {
     json["max"] = max;
     json["page"] = page;
     json["step"] = step;
+    // It is moved by the mouse and by the panel, and takes no focus.
+    json["focus"] = false;
   }
+};
+
+struct FocusAsker {
+  bool operator()(UI_Node* node) const { return node->UI_HasKeyboardFocus(true); }
+  bool operator()(UIF::ScrollBar*) const { return false; }
+  template <class View> bool operator()(View* view) const { return view->HasFocus(); }
 };
 
 struct VisibleAsker {
@@ -214,6 +225,10 @@ bool IsVisible(const CaptionsInspector::Control& control) {
 
 bool IsEnabled(const CaptionsInspector::Control& control) {
   return std::visit(EnabledAsker(), control.pointer);
+}
+
+bool HasFocus(const CaptionsInspector::Control& control) {
+  return std::visit(FocusAsker(), control.pointer);
 }
 
 Json DescribeControl(const CaptionsInspector::Control& control) {

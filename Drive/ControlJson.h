@@ -9,6 +9,7 @@ namespace Drive {
 // By the name of its field; RequestError for a control that the panel does not have, or has not made yet.
 Captivo::CaptionsInspector::Control FindControl(Driver& driver, const Fields& fields, const char* name);
 bool IsVisible(const Captivo::CaptionsInspector::Control& control);
+bool HasFocus(const Captivo::CaptionsInspector::Control& control);
 bool IsEnabled(const Captivo::CaptionsInspector::Control& control);
 Json DescribeControl(const Captivo::CaptionsInspector::Control& control);
 // So that the record calls the controls by the names of their fields.

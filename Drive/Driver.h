@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -107,6 +108,8 @@ class Driver {
   bool modal = false;
   // Streams that were taken away, for messages that still speak of them.
   std::map<std::string, BE::InterfaceRef<BE::CaptioningStream>> removedStreams;
+  // Streams that a long job of the script holds.
+  std::set<std::string> busyStreams;
 
  private:
   Json Obey(const Json& request);

@@ -1,6 +1,7 @@
 #include "Drive/PanelJson.h"
 
 #include "BE/Project.h"
+#include "Drive/ControlJson.h"
 #include "UIF/HotTimecodeControl.h"
 #include "UIF/TabView.h"
 #include "zebui/Controls.h"
@@ -109,13 +110,13 @@ Json DescribeFormat(zebcaptioning::CaptionFormatInfo& info) {
   zebcore::geom::RectT<float> area;
   bool percent = false;
   bool known = false;
+  Json value;
   if (info.GetRegionArea(area, percent, known))
-    format["region_area"] = {
+    value = {
         {"area", Json::array({FromFloat(area.x), FromFloat(area.y), FromFloat(area.width), FromFloat(area.height)})},
-        {"percent", percent},
-        {"uniform", known}};
-  else
-    format["region_area"] = nullptr;
+        {"percent", percent}};
+  // No region at all is the same for all captions.
+  format["region_area"] = Attribute(value, value.is_null() || known);
   return format;
 }
 
@@ -136,8 +137,7 @@ Json DescribeFocus(Driver& driver) {
       return FocusInRow(row, "out");
   }
   for (const auto& control : inspector.GetControls()) {
-    const auto* node = std::get_if<zebui::ui::UI_Node*>(&control.pointer);
-    if (node && (*node)->UI_HasKeyboardFocus(true))
+    if (control.name != "pane" && HasFocus(control))
       return {{"in", "control"}, {"name", control.name}};
   }
   return inspector.GetPane()->HasFocus() ? Json{{"in", "pane"}} : Json();

@@ -16,7 +16,24 @@ constexpr std::pair<const char*, CaptioningColor::ColorType> kColorTypes[] = {
     {"background", CaptioningColor::kColorType_Background},
     {"edge", CaptioningColor::kColorType_Edge}};
 
-// What a caption of this format still holds of each attribute, found out by giving it one.
+// A colour that the format has and that no caption begins with; any will do where colours are free. Nothing if the
+// format has no colours of that type.
+CaptioningColor OtherColor(zebcaptioning::StreamFormat format, CaptioningColor::ColorType type,
+                           const CaptioningColor& usual) {
+  std::map<CaptioningColor, zebcore::UString> colors;
+  std::map<float, zebcore::UString> opacities;
+  if (!CaptioningColor::EnumerateLegalColors(format, type, colors, opacities))
+    return {0.25F, 0.5F, 0.75F, 0.3F};
+  for (const auto& [color, name] : colors) {
+    CaptioningColor other = color;
+    other.alpha = opacities.empty() ? other.alpha : opacities.rbegin()->first;
+    if (!(other == usual))
+      return other;
+  }
+  return usual;
+}
+
+// What a caption of this format still holds of each attribute, found out by giving it one that it does not begin with.
 Json TellKept(zebcaptioning::StreamFormat format, int columns, int rows) {
   using namespace zebcaptioning;
   const boost::intrusive_ptr<CaptionState> odd(new CaptionState());
@@ -26,25 +43,36 @@ Json TellKept(zebcaptioning::StreamFormat format, int columns, int rows) {
   odd->paragraph.x = 3;
   odd->paragraph.y = 5;
   odd->paragraph.lineSpacing = 7;
+  odd->paragraph.region = zebcore::utility::ImmutableString("Captivo Test Region");
+  odd->paragraph.style = zebcore::utility::ImmutableString("Captivo Test Style");
+  std::set<CaptionType> types;
+  GetSupportedCaptionTypes(format, types);
+  if (!types.empty())
+    odd->paragraph.captionType = *types.rbegin();
+  const FormatFacts& facts = GetFormatFacts(format);
+  const TextSpanAttributes usual;
   TextSpanAttributes span;
   span.family = u"Captivo Test Family";
-  span.size = 31.0F;
+  span.size = facts.limited ? kFontSize_Double : 31.0F;
   span.bold = span.italic = span.underline = true;
-  span.textColor = {0.25F, 0.5F, 0.75F, 0.3F};
-  span.backgroundColor = {0.3F, 0.6F, 0.9F, 0.4F};
-  span.edgeColor = {0.1F, 0.2F, 0.3F, 0.6F};
+  span.textColor = OtherColor(format, CaptioningColor::kColorType_Text, usual.textColor);
+  span.backgroundColor = OtherColor(format, CaptioningColor::kColorType_Background, usual.backgroundColor);
+  span.edgeColor = OtherColor(format, CaptioningColor::kColorType_Edge, usual.edgeColor);
   span.edgeWidth = 2.5F;
   odd->runs = {{0, Share(span)}};
   const boost::intrusive_ptr<Caption> pattern(new Caption(odd));
   const Caption kept(zebmediatypes::kTime_Zero, zebmediatypes::TickTime(1), pattern, format, columns, rows);
   const auto& paragraph = kept.GetState()->paragraph;
   const auto& run = *kept.GetState()->runs.front().attributes;
-  return {{"alignment", paragraph.alignment == odd->paragraph.alignment},
+  return {{"caption_type", !types.empty() && paragraph.captionType == odd->paragraph.captionType},
+          {"region", paragraph.region == odd->paragraph.region},
+          {"style", paragraph.style == odd->paragraph.style},
+          {"alignment", paragraph.alignment == odd->paragraph.alignment},
           {"anchor", paragraph.anchor == odd->paragraph.anchor},
           {"x", paragraph.x == odd->paragraph.x},
           {"y", paragraph.y == odd->paragraph.y},
           {"line_spacing", paragraph.lineSpacing == odd->paragraph.lineSpacing},
-          {"family", run.family == span.family},
+          {"family", run.family == span.family || (facts.limited && facts.genericFonts)},
           {"size", run.size == span.size},
           {"bold", run.bold},
           {"italic", run.italic},

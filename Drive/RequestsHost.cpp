@@ -115,6 +115,22 @@ TD::FontFamilyDescription ReadFamily(const Fields& fields) {
   return family;
 }
 
+Json TellFamilies() {
+  Json list = Json::array();
+  for (const auto& [key, family] : TD::GetTitlerFontList()) {
+    Json faces = Json::array();
+    for (const TD::CaptionFontRecord* face : *family.faces)
+      faces.push_back({{"style", FromText(face->styleName)},
+                       {"full_name", FromText(face->fullName)},
+                       {"bold", face->isBold},
+                       {"bold_selectable", face->boldSelectable},
+                       {"italic", face->isItalic},
+                       {"italic_selectable", face->italicSelectable}});
+    list.push_back({{"name", FromText(family.name)}, {"faces", std::move(faces)}});
+  }
+  return list;
+}
+
 Json SetFonts(Driver&, const Fields& fields) {
   if (fields.Mentions("generic")) {
     std::map<zebcore::UString, zebcore::UString> names;
@@ -140,7 +156,7 @@ Json SetFonts(Driver&, const Fields& fields) {
     TD::SetTitlerFontList({});
   }
   using zebcaptioning::TextSpanAttributes;
-  return {{"families", fields.Has("families") ? fields.Get("families") : Json()},
+  return {{"families", TellFamilies()},
           {"styles",
            {{"regular", FromText(TextSpanAttributes::kFontStyleString_Regular)},
             {"italic", FromText(TextSpanAttributes::kFontStyleString_Italic)},

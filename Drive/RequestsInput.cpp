@@ -10,8 +10,10 @@
 #include "Drive/Driver.h"
 #include "Drive/PanelInput.h"
 #include "Drive/PanelJson.h"
+#include "UIF/ColorPickerControl.h"
 #include "UIF/CommandRouter.h"
 #include "UIF/HotTimecodeControl.h"
+#include "UIF/PictureButton.h"
 #include "UIF/ScrollBar.h"
 #include "UIF/ShortcutManager.h"
 #include "UIF/TabView.h"
@@ -125,6 +127,10 @@ void FocusControl(Driver& driver, const Fields& fields, zebui::ui::FocusChangeRe
     (*node)->UI_GainKeyboardFocus(reason);
   else if (UIF::ViewBase* const* view = std::get_if<UIF::ViewBase*>(&control.pointer))
     (*view)->SetFocus();
+  else if (UIF::PictureButton* const* button = std::get_if<UIF::PictureButton*>(&control.pointer))
+    (*button)->GetNode()->UI_GainKeyboardFocus(reason);
+  else if (UIF::ColorPickerControl* const* picker = std::get_if<UIF::ColorPickerControl*>(&control.pointer))
+    (*picker)->GetNode()->UI_GainKeyboardFocus(reason);
   else
     fields.Refuse("control", control.name + " takes no focus");
 }

@@ -29,6 +29,18 @@ template <class T> const T& Expect(const BE::Result<T>& result) {
   return *result.value;
 }
 
+// What has to do with the file that the field names.
+void ExpectOfPath(const Fields& fields, const std::optional<BE::Problem>& problem) {
+  if (problem)
+    fields.Refuse("path", problem->text);
+}
+
+template <class T> const T& ExpectOfPath(const Fields& fields, const BE::Result<T>& result) {
+  if (!result)
+    fields.Refuse("path", result.problem.text);
+  return *result.value;
+}
+
 Json TellProject(const Driver& driver) {
   const auto project = driver.Project();
   Json clips = Json::array();
@@ -48,11 +60,12 @@ Json TellProject(const Driver& driver) {
 void Leave(Driver& driver) {
   driver.ForgetSelection();
   driver.removedStreams.clear();
+  driver.busyStreams.clear();
 }
 
 Json NewProject(Driver& driver, const Fields& fields) {
   if (fields.Has("path"))
-    Expect(driver.Session().NewProject(fields.Text("path")));
+    ExpectOfPath(fields, driver.Session().NewProject(fields.Text("path")));
   else
     driver.Session().NewProjectInMemory();
   Leave(driver);
@@ -60,7 +73,7 @@ Json NewProject(Driver& driver, const Fields& fields) {
 }
 
 Json OpenProject(Driver& driver, const Fields& fields) {
-  Expect(driver.Session().OpenProject(fields.Text("path"), fields.Flag("read_only", false)));
+  ExpectOfPath(fields, driver.Session().OpenProject(fields.Text("path"), fields.Flag("read_only", false)));
   Leave(driver);
   return TellProject(driver);
 }
@@ -68,7 +81,7 @@ Json OpenProject(Driver& driver, const Fields& fields) {
 Json SaveProject(Driver& driver, const Fields& fields) {
   const auto project = driver.Project();
   if (fields.Has("path")) {
-    Expect(driver.Session().SaveProjectAs(fields.Text("path")));
+    ExpectOfPath(fields, driver.Session().SaveProjectAs(fields.Text("path")));
   } else {
     zebcore::messaging::BroadcastMessage(HSL::kStation_CaptionSelection, HSL::CaptionCommitEditsMessage());
     project->CommitOpenChanges();
@@ -131,7 +144,7 @@ Json TellStreams(const BE::InterfaceRef<BE::MasterClip>& clip) {
 
 // What the program never does by itself: a media file as a merged clip, or with another start.
 BE::InterfaceRef<BE::MasterClip> AddMedia(Driver& driver, const Fields& fields, const std::filesystem::path& path) {
-  BE::MediaInfo info = Expect(MF::ProbeMedia(path));
+  BE::MediaInfo info = ExpectOfPath(fields, MF::ProbeMedia(path));
   if (fields.Has("media_offset"))
     info.start = fields.Time("media_offset");
   const std::string name = fields.Text("name", path.filename().string());
@@ -147,7 +160,7 @@ Json AddClip(Driver& driver, const Fields& fields) {
   }
   const std::string path = fields.Text("path");
   const bool asItIs = !fields.Flag("merged", false) && !fields.Has("media_offset");
-  const auto clip = asItIs ? Expect(driver.Session().ImportMedia(path)) : AddMedia(driver, fields, path);
+  const auto clip = asItIs ? ExpectOfPath(fields, driver.Session().ImportMedia(path)) : AddMedia(driver, fields, path);
   return {{"clip", clip->GetID()}, {"name", FromText(clip->GetName())}, {"streams", TellStreams(clip)}};
 }
 
@@ -195,8 +208,8 @@ Json TellProblems(const std::vector<Formats::Problem>& problems) {
 
 Json ImportCaptions(Driver& driver, const Fields& fields) {
   const auto clip = driver.Clip(fields);
-  const auto report =
-      Expect(driver.Session().ImportCaptions(clip, fields.Text("path"), ReadFormat(fields, "format", "cea608")));
+  const auto report = ExpectOfPath(
+      fields, driver.Session().ImportCaptions(clip, fields.Text("path"), ReadFormat(fields, "format", "cea608")));
   return {{"stream", report.stream->GetID()},
           {"stream_format", report.stream->GetStreamFormat()},
           {"encoding", report.encoding},
@@ -219,8 +232,8 @@ Formats::FileKind ReadKind(const Driver& driver, const Fields& fields, const std
 Json ExportClip(Driver& driver, const Fields& fields) {
   const std::filesystem::path path = fields.Text("path");
   const auto shown = fields.Has("stream") ? driver.Stream(fields) : nullptr;
-  const auto reports =
-      Expect(driver.Session().ExportBySettings(driver.Clip(fields), shown, path, ReadKind(driver, fields, path)));
+  const auto reports = ExpectOfPath(
+      fields, driver.Session().ExportBySettings(driver.Clip(fields), shown, path, ReadKind(driver, fields, path)));
   Json files = Json::array();
   for (const auto& report : reports)
     files.push_back({{"stream", report.stream->GetID()},
@@ -234,7 +247,8 @@ Json ExportCaptions(Driver& driver, const Fields& fields) {
     return ExportClip(driver, fields);
   const auto stream = driver.Stream(fields);
   const std::filesystem::path path = fields.Text("path");
-  const auto problems = Expect(driver.Session().ExportCaptions(stream, path, ReadKind(driver, fields, path)));
+  const auto problems =
+      ExpectOfPath(fields, driver.Session().ExportCaptions(stream, path, ReadKind(driver, fields, path)));
   return {{"stream", stream->GetID()}, {"problems", TellProblems(problems)}};
 }
 

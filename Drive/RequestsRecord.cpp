@@ -47,8 +47,25 @@ Json SetModal(Driver& driver, const Fields& fields) {
   return Json::object();
 }
 
+// The host draws in bytes; colours are told like all others.
+bool IsByteColor(const zebcore::trace::Call& call, const std::string& name, const Json& value) {
+  if (name != "color" && (name != "value" || call.call != "ColorPickerControl::SetColor"))
+    return false;
+  return value.is_array() && value.size() == 3 &&
+         std::all_of(value.begin(), value.end(), [](const Json& part) { return part.is_number_integer(); });
+}
+
 Json FromCall(const zebcore::trace::Call& call) {
-  return {{"call", call.call}, {"args", call.args}};
+  constexpr float kMost = 255.0F;
+  Json args = call.args;
+  for (auto& [name, value] : args.items()) {
+    if (!IsByteColor(call, name, value))
+      continue;
+    for (Json& part : value)
+      part = FromFloat(part.get<float>() / kMost);
+    value.push_back(FromFloat(call.args.value("alpha", kMost) / kMost));
+  }
+  return {{"call", call.call}, {"args", std::move(args)}};
 }
 
 Json TellTrace(Driver& driver, const Fields& fields) {

@@ -139,15 +139,13 @@ Json SayTimeDisplay(Driver&, const Fields& fields) {
 
 Json ChangeSequence(Driver& driver, const Fields& fields) {
   const auto sequence = driver.Sequence(fields);
-  if (fields.Has("frame_rate"))
-    sequence->SetVideoFrameRate(fields.Rate("frame_rate"));
-  if (fields.Has("video_display") || fields.Has("audio_display")) {
-    const auto video =
-        fields.Has("video_display") ? ReadTimeDisplay(fields, "video_display") : sequence->GetVideoTimeDisplay();
-    const auto audio =
-        fields.Has("audio_display") ? ReadTimeDisplay(fields, "audio_display") : sequence->GetAudioTimeDisplay();
-    sequence->SetTimeDisplays(video, audio);
-  }
+  // All at once, so that it is said once.
+  const auto rate = fields.Has("frame_rate") ? fields.Rate("frame_rate") : sequence->GetVideoFrameRate();
+  const auto video =
+      fields.Has("video_display") ? ReadTimeDisplay(fields, "video_display") : sequence->GetVideoTimeDisplay();
+  const auto audio =
+      fields.Has("audio_display") ? ReadTimeDisplay(fields, "audio_display") : sequence->GetAudioTimeDisplay();
+  sequence->SetSettings(rate, video, audio);
   return Json::object();
 }
 

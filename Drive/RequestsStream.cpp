@@ -83,9 +83,11 @@ Json ChangeFormat(Driver& driver, const Fields& fields) {
 Json SetBusy(Driver& driver, const Fields& fields) {
   const auto stream = driver.Stream(fields);
   const bool on = fields.Flag("on");
-  if (!on && !stream->IsBusy())
-    fields.Refuse("on", "no long job holds the stream");
-  stream->SetBusy(on);
+  // One job of the script's a stream, besides those that the host has of its own.
+  const bool changes =
+      on ? driver.busyStreams.insert(stream->GetID()).second : driver.busyStreams.erase(stream->GetID()) != 0;
+  if (changes)
+    stream->SetBusy(on);
   return {{"busy", stream->IsBusy()}};
 }
 
