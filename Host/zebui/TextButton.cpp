@@ -16,7 +16,7 @@ namespace {
 
 constexpr float kPadding = 20.0F;
 constexpr float kHeight = 18.0F;
-constexpr int kMargin = 4;
+constexpr int kMargin = 3;
 constexpr int kSmallestFont = 10; // pixels
 
 class ButtonWidget : public QPushButton {
