@@ -442,6 +442,7 @@ template <class Value> int UI_HotTextNumberT<Value>::GetDecimalPlaces() const {
 }
 
 template <class Value> void UI_HotTextNumberT<Value>::SetMinValue(Value value) {
+  toolkit::TraceNode("UI_HotTextNumber::SetMinValue", *this, "value", TraceNumber(value));
   this->mState->minimum = value;
 }
 
@@ -450,6 +451,7 @@ template <class Value> Value UI_HotTextNumberT<Value>::GetMinValue() const {
 }
 
 template <class Value> void UI_HotTextNumberT<Value>::SetMaxValue(Value value) {
+  toolkit::TraceNode("UI_HotTextNumber::SetMaxValue", *this, "value", TraceNumber(value));
   this->mState->maximum = value;
 }
 

@@ -80,6 +80,15 @@ TEST_F(DriveTest, EveryColourOfTheRecordIsFourNumbersFromZeroToOne) {
   EXPECT_GT(colours, 5);
 }
 
+TEST_F(DriveTest, TheLimitsThatThePanelGivesANumberAreOnTheRecord) {
+  OpenCaptions({Caption(1, 2, "One")});
+  const Json trace = Do("trace", {{"only", {"UI_HotTextNumber::SetMaxValue"}}});
+  int given = 0;
+  for (const Json& call : trace.at("calls"))
+    given += call.at("args").at("value") == Do("control", {{"name", "closedPositionXControl"}}).at("max");
+  EXPECT_GE(given, 1);
+}
+
 TEST_F(DriveTest, AButtonOfTheBarCanHaveTheFocusAndSaysSo) {
   OpenCaptions({Caption(1, 2, "One")});
   const Json italic = {{"in", "control"}, {"name", "italicButton"}};
