@@ -8,6 +8,7 @@
 #include "UIF/Dialogs.h"
 #include "UIF/ScrollBar.h"
 #include "UIF/Theme.h"
+#include "zebcore/UString.h"
 #include "zebui/NodeManager.h"
 
 using namespace UIF;
@@ -182,7 +183,7 @@ TEST(ContextMenu, SendsTheCommandThatWasChosenToThePanelOnDuty) {
   SetTabViewOnDuty(&panel);
   panel.obeys = 57632;
   MenuUtils::MenuItem remove;
-  remove.text = u"Delete";
+  remove.text = zebcore::FromUTF8("Delete");
   remove.command = 57632;
   MenuUtils::MenuItem line;
   line.separator = true;
