@@ -300,6 +300,10 @@ bool MainWindow::eventFilter(QObject* target, QEvent* event) {
   if (!widget || !BelongsTo(*widget, *this))
     return QMainWindow::eventFilter(target, event);
   switch (event->type()) {
+  case QEvent::Resize:
+    if (qobject_cast<const QDockWidget*>(widget))
+      NoteDockSizes();
+    break;
   case QEvent::ShortcutOverride:
     if (IsUndoOrRedo(*static_cast<QKeyEvent*>(event))) {
       event->ignore();

@@ -61,6 +61,7 @@ class MainWindow : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* target, QEvent* event) override;
 
  private:
@@ -161,6 +162,13 @@ class MainWindow : public QMainWindow {
   void ChangeSequence();
 
   std::function<void()> mAskRebuild;
+  // The sizes that a person gave the docks beside the panels: a window that grows gives the panels what it gains.
+  void NoteDockSizes();
+  void KeepDockSizes();
+  QSize mSizeOfNote; // of the window when it was laid out last
+  int mBinWidth = 0;
+  int mTimelineHeight = 0;
+  int mMonitorHeight = 0;
   Bin* mBin = nullptr;
   TimelineDock* mTimeline = nullptr;
   MonitorDock* mMonitor = nullptr;

@@ -58,6 +58,35 @@ void MainWindow::SizeDocks() {
   resizeDocks({docks.front(), mMonitor}, {std::max(1, height() - kMonitorHeight), kMonitorHeight}, Qt::Vertical);
 }
 
+// The docks are resized before the window hears of its own new size: what they take then is none of a person's doing.
+void MainWindow::NoteDockSizes() {
+  const QDockWidget* const bin = findChild<QDockWidget*>(QStringLiteral("bin"));
+  if (size() != mSizeOfNote || !bin)
+    return;
+  mBinWidth = bin->width();
+  mTimelineHeight = mTimeline->height();
+  mMonitorHeight = mMonitor->height();
+}
+
+void MainWindow::KeepDockSizes() {
+  QDockWidget* const bin = findChild<QDockWidget*>(QStringLiteral("bin"));
+  if (mBinWidth <= 0 || !bin || mFrames.empty())
+    return;
+  QDockWidget* const panel = mFrames.begin()->second;
+  const int width = bin->width() + panel->width();
+  resizeDocks({bin, panel}, {mBinWidth, std::max(1, width - mBinWidth)}, Qt::Horizontal);
+  const int height = mTimeline->height() + panel->height();
+  resizeDocks({mTimeline, panel}, {mTimelineHeight, std::max(1, height - mTimelineHeight)}, Qt::Vertical);
+  const int column = bin->height() + mMonitor->height();
+  resizeDocks({bin, mMonitor}, {std::max(1, column - mMonitorHeight), mMonitorHeight}, Qt::Vertical);
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  KeepDockSizes();
+  mSizeOfNote = size();
+}
+
 void MainWindow::StoreLayout() {
   settings::SetWindow(saveGeometry(), saveState(kLayoutVersion));
 }

@@ -95,6 +95,18 @@ class WorkspaceOfProgram : public WindowWithPanel {
 
 } // namespace
 
+TEST_F(WorkspaceOfProgram, AWindowThatGrowsGivesThePanelWhatItGains) {
+  window->resize(1240, 800);
+  Settle();
+  const QSize bin = FindDock(QStringLiteral("bin"))->size();
+  const QSize panel = Dock()->size();
+  const QSize gained(300, 150);
+  window->resize(window->size() + gained);
+  Settle();
+  EXPECT_EQ(FindDock(QStringLiteral("bin"))->width(), bin.width());
+  EXPECT_EQ(Dock()->size(), panel + gained);
+}
+
 TEST_F(WorkspaceOfProgram, ThePanelStandsInTabsWithAnotherDockAndComesToTheFront) {
   QDockWidget* bin = FindDock(QStringLiteral("bin"));
   window->tabifyDockWidget(Dock(), bin);
