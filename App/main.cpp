@@ -157,8 +157,10 @@ class Program {
       mWindow->Notice(QString::fromStdString(problem->text));
     if (!mOptions.files.empty())
       mWindow->OpenFiles(mOptions.files, mOptions.readOnly);
-    if (mOptions.select > 0)
-      mWindow->SelectClipByNumber(mOptions.select);
+    // The sample begins with its captions on show.
+    const int clip = mOptions.select > 0 || !mOptions.files.empty() ? mOptions.select : 1;
+    if (clip > 0)
+      mWindow->SelectClipByNumber(clip);
     const int code = mOptions.picture.isEmpty() ? QApplication::exec() : TakePicture();
     mWindow.reset();
     App::Session::Instance().CloseProject();
