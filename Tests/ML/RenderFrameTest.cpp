@@ -1,6 +1,7 @@
 #include "ML/RenderFrame.h"
 
 #include <future>
+#include <memory>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -29,13 +30,15 @@ TickTime Frames(std::int64_t count) {
 class HeldWorker {
  public:
   HeldWorker() {
-    std::promise<void> reached;
+    const auto reached = std::make_shared<std::promise<void>>();
+    // The worker may still be about to wait when this object is gone.
+    const std::shared_future<void> released = mRelease.get_future().share();
     FrameService::Instance().Order({"/nothing", zebcore::utility::Guid::Random(), TickTime(), 1, 1},
-                                   [this, &reached](const auto&) {
-                                     reached.set_value();
-                                     mRelease.get_future().wait();
+                                   [reached, released](const auto&) {
+                                     reached->set_value();
+                                     released.wait();
                                    });
-    reached.get_future().wait();
+    reached->get_future().wait();
   }
   ~HeldWorker() { LetGo(); }
   void LetGo() {
@@ -245,8 +248,10 @@ TEST_F(RenderFrameTest, PicturesThatCannotBeDecodedStayOutAndTheirClipIsNamedOnc
                     .muxerOptions = {{"movflags", "faststart"}}});
   media.Damage(0.5, 0.85);
   const auto video = VideoOf(AddClip(media.Path()));
+  HeldWorker held; // until all are asked for
   for (const int number : {10, 180, 190, 200, 20})
     Ask(video, Frames(number));
+  held.LetGo();
   Settle();
   std::set<int> shown;
   for (const auto& answer : answers)

@@ -17,8 +17,8 @@ QImage Ends(const UI_TextButton& button) {
   QImage ends(4, picture.height(), picture.format());
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < 2; ++x) {
-      ends.setPixel(x, y, picture.pixel(2 + x, y));
-      ends.setPixel(2 + x, y, picture.pixel(picture.width() - 4 + x, y));
+      ends.setPixel(x, y, picture.pixel(1 + x, y));
+      ends.setPixel(2 + x, y, picture.pixel(picture.width() - 3 + x, y));
     }
   }
   return ends;
