@@ -144,7 +144,8 @@ void ACaptionersHour::MakeASong() {
   EXPECT_EQ(Control("italicButton").at("on"), false);
   Do("press", {{"control", "italicButton"}});
   EXPECT_EQ(Control("italicButton").at("on"), true);
-  for (const Json& run : At(32.4).at("runs"))
+  const Json song = At(32.4);
+  for (const Json& run : song.at("runs"))
     EXPECT_EQ(run.at("italic"), true) << run;
   EXPECT_EQ(At(32.4).at("runs").at(1).at("underline"), true) << "what was underlined stays so";
   Commit("Italic");
