@@ -4,9 +4,9 @@
 
 #include <QApplication>
 
-#include "DLG/ModalScope.h"
 #include "DLG/SettingsWindows.h"
 #include "MZ/Actions.h"
+#include "UIF/ModalScope.h"
 #include "zebcore/Trace.h"
 #include "zebui/Toolkit.h"
 
@@ -40,7 +40,7 @@ std::vector<BE::StreamFormat> StreamsOf(const BE::Project& project) {
 }
 
 bool Run(QDialog& window) {
-  const ModalScope modal;
+  const UIF::ModalScope modal;
   return window.exec() == QDialog::Accepted;
 }
 

@@ -7,7 +7,7 @@
 
 #include <string_view>
 
-#include "DLG/ModalScope.h"
+#include "UIF/ModalScope.h"
 #include "zebcore/Localizer.h"
 #include "zebcore/Trace.h"
 #include "zebui/Toolkit.h"
@@ -76,7 +76,7 @@ std::optional<UIF::Color> Ask(const UIF::Color& current) {
   dialog.setOption(QColorDialog::DontUseNativeDialog);
   dialog.setWindowTitle(
       toolkit::ToQt(zebcore::config::Localizer::Get().Localize("$$$/Vidra/DLG/ColorPicker/Title=Choose a Color")));
-  const ModalScope modal;
+  const UIF::ModalScope modal;
   const bool accepted = dialog.exec() == QDialog::Accepted;
   return accepted ? std::optional(FromQt(dialog.selectedColor())) : std::nullopt;
 }

@@ -4,7 +4,7 @@
 
 namespace UIF {
 
-// A modal window of the host stands for as long as this lives.
+// A modal window stands for as long as this lives.
 class ModalScope {
  public:
   ModalScope() { zebui::ui::UI_NodeManager::Get()->PushModalWindow(); }
