@@ -50,12 +50,12 @@ QColor HotColor(const QPalette& palette) {
   return palette.color(QPalette::Active, QPalette::Link);
 }
 
-void PaintFocusRing(QPainter& painter, const QRect& rect, const QPalette& palette) {
+void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(HotColor(palette), 1.5));
-  painter.drawRoundedRect(QRectF(rect).adjusted(0.75, 0.75, -0.75, -0.75), 2.5, 2.5);
+  painter.drawRoundedRect(rect.adjusted(0.75, 0.75, -0.75, -0.75), 2.5, 2.5);
   painter.restore();
 }
 

@@ -23,7 +23,7 @@ bool RunNodeKey(ui::UI_Node& node, QWidget& widget, QEvent& event);
 QKeyEvent ToQtKeyEvent(const ui::KeyboardEvent& event);
 
 // The line around what has the keyboard focus, inside the rectangle.
-void PaintFocusRing(QPainter& painter, const QRect& rect, const QPalette& palette);
+void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette);
 // With contrast on every theme's window: what a person can change is in the first colour.
 QColor HotColor(const QPalette& palette);
 

@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 
 #include "zebcore/Trace.h"
+#include "zebui/ControlWidget.h"
 #include "zebui/Toolkit.h"
 
 namespace zebui::toolkit {
@@ -16,8 +17,6 @@ namespace {
 constexpr qreal kHoverFill = 0.10;
 constexpr qreal kPressedFill = 0.20;
 constexpr qreal kOnFill = 0.16;
-constexpr qreal kRingWidth = 2.0;
-constexpr qreal kRingRadius = 3.5;
 constexpr int kKey_Space = 0x20;
 
 QColor Blend(const QColor& from, const QColor& to, qreal part) {
@@ -108,10 +107,6 @@ void PaintFrame(QPainter& painter, const QRectF& rect, const QColor& color, qrea
   painter.restore();
 }
 
-void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette) {
-  PaintFrame(painter, rect, palette.color(QPalette::Active, QPalette::Link), kRingWidth, kRingRadius);
-}
-
 PaintedButton::PaintedButton(ui::UI_Node& owner, Paint paint, QWidget* parent)
     : QPushButton(parent), mOwner(&owner), mPaint(std::move(paint)) {
   static const bool isInstalled = [] {
@@ -164,7 +159,7 @@ void PaintedButton::paintEvent(QPaintEvent*) {
   if (mPaint)
     mPaint(painter, whole, GetLook());
   if (GetLook().focused)
-    PaintFocusRing(painter, whole, palette());
+    controls::PaintFocusRing(painter, whole, palette());
 }
 
 void PaintedButton::mouseMoveEvent(QMouseEvent* event) {

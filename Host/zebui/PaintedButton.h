@@ -29,8 +29,6 @@ struct ControlColors {
 };
 ControlColors ColorsFor(const QPalette& palette, const ButtonLook& look);
 
-// Around a control that has the keyboard focus, inside its rectangle.
-void PaintFocusRing(QPainter& painter, const QRectF& rect, const QPalette& palette);
 // Sharp at every scale of the screen: the frame of a rectangle, one device pixel or more wide, inside it.
 void PaintFrame(QPainter& painter, const QRectF& rect, const QColor& color, qreal width, qreal radius);
 
