@@ -79,9 +79,10 @@ std::optional<Problem> Session::SetReadOnly(bool readOnly) {
   }
   Result<InterfaceRef<BE::Project>> writable = BE::Project::Open(mProject->GetPath());
   if (writable && (*writable.value)->IsReadOnly())
-    return Problem{Text("$$$/Vidra/Captivo/Error/FileIsReadOnly=The project file {1} may only be read. Save the project "
-                        "under another name to change it.",
-                        {Quoted(mProject->GetPath().filename().string())})};
+    return Problem{
+        Text("$$$/Vidra/Captivo/Error/FileIsReadOnly=The project file {1} may only be read. Save the project "
+             "under another name to change it.",
+             {Quoted(mProject->GetPath().filename().string())})};
   return Replace(std::move(writable));
 }
 

@@ -72,8 +72,8 @@ class Session {
   Result<std::vector<Formats::Problem>> ExportCaptions(const InterfaceRef<BE::CaptioningStream>& stream,
                                                        const std::filesystem::path& path, Formats::FileKind kind,
                                                        const Progress& progress = {});
-  // The streams of a clip that the export settings mean, a file for each; shown is the one that the panel shows. Nothing
-  // is written before all of them are ready.
+  // The streams of a clip that the export settings mean, a file for each; shown is the one that the panel shows.
+  // Nothing is written before all of them are ready.
   Result<std::vector<ExportReport>> ExportBySettings(const InterfaceRef<BE::MasterClip>& clip,
                                                      const InterfaceRef<BE::CaptioningStream>& shown,
                                                      const std::filesystem::path& path, Formats::FileKind kind,

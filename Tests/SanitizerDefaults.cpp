@@ -9,7 +9,8 @@ extern "C" const char* __lsan_default_suppressions() {
 }
 
 // The toolkit's libraries are not instrumented: how their own threads wait for each other cannot be seen, so that what
-// they hand over looks unguarded. This passes over memory that they themselves allocate, free or copy, and nothing else.
+// they hand over looks unguarded. This passes over memory that they themselves allocate, free or copy, and nothing
+// else.
 extern "C" const char* __tsan_default_suppressions() {
   return "called_from_lib:libQt6Core.so\n"
          "called_from_lib:libQt6Gui.so\n"

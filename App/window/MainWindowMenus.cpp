@@ -166,13 +166,11 @@ void MainWindow::FillRecentMenu() {
 
 void MainWindow::MakeEditMenu() {
   QMenu* menu = menuBar()->addMenu(Label("$$$/Vidra/Captivo/Menu/Edit=&Edit"));
-  mUndo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Undo=&Undo", QStringLiteral("undo"), {},
-                    [this] {
+  mUndo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Undo=&Undo", QStringLiteral("undo"), {}, [this] {
     if (MayChange())
       Session::Instance().Undo();
   });
-  mRedo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Redo=&Redo", QStringLiteral("redo"), {},
-                    [this] {
+  mRedo = AddAction(menu, "$$$/Vidra/Captivo/Menu/Redo=&Redo", QStringLiteral("redo"), {}, [this] {
     if (MayChange())
       Session::Instance().Redo();
   });

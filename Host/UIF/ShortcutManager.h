@@ -65,8 +65,8 @@ class ShortcutManager {
   CommandContext* GetContext(const std::string& id);
   // The context of that id; a new one if there is none. Declaring a number again in a context changes nothing.
   CommandContext& AddContext(const std::string& id, const UString& name);
-  // What the host calls the context of that id, whether it stands already or not: a panel gives the name in the language
-  // of the moment in which it is loaded. A text with its key.
+  // What the host calls the context of that id, whether it stands already or not: a panel gives the name in the
+  // language of the moment in which it is loaded. A text with its key.
   void SetContextText(const std::string& id, const std::string& text);
   // Calls the registrar at once.
   void RegisterCommandContext(const boost::function<void(ShortcutManager*)>& registrar);
