@@ -119,6 +119,15 @@ TEST_F(Handling, TheShortcutContextHoldsThirteenCommandsInOrder) {
   }
 }
 
+TEST_F(Handling, TheShortcutContextIsNamedInTheLanguageOfTheProgram) {
+  auto* manager = UIF::ShortcutManager::Instance();
+  if (manager->GetContext("captions"))
+    GTEST_SKIP() << "a context that stands keeps its name";
+  ASSERT_TRUE(zebcore::config::Localizer::Get().SetLanguage("de"));
+  DeclareCommands();
+  EXPECT_EQ(manager->GetContext("captions")->GetName(), u"Untertitelfenster");
+}
+
 TEST_F(Handling, DestroyingAHandlerWithoutAViewWithdrawsStationsAndWindowClass) {
   {
     CaptionsHandler own(u"Captions");

@@ -126,6 +126,20 @@ TEST_F(StreamPopups, ATypeThatIsNotListedShowsTheFirstAndChoosingThatWritesItsOw
   EXPECT_EQ(Stored(1).paragraph.captionType, Inspector::CaptionTypeMap(View()).left.at(0));
 }
 
+TEST_F(StreamPopups, ThatAreMissingEndTheirOwnFillingAloneAndTheMapOfTheTypesIsEmptiedAllTheSame) {
+  ShowThreeStreams();
+  const auto streams = std::exchange(Inspector::StreamPopup(View()), nullptr);
+  Inspector::FillStreamPopup(View(), Inspector::Source(Pane()));
+  const auto types = std::exchange(Inspector::CaptionTypePopup(View()), nullptr);
+  ASSERT_FALSE(Inspector::CaptionTypeMap(View()).empty());
+  Inspector::FillCaptionTypePopup(View());
+  EXPECT_TRUE(Inspector::CaptionTypeMap(View()).empty());
+  Inspector::StreamPopup(View()) = streams;
+  Inspector::CaptionTypePopup(View()) = types;
+  EXPECT_EQ(Streams().Size(), 3);
+  EXPECT_GT(Types().Size(), 0);
+}
+
 // --- Regions and styles
 
 TEST_F(StreamPopups, RegionsAndStylesComeAsTheyAreNamedBehindAFirstEntryThatIsChosen) {
@@ -204,6 +218,16 @@ TEST_F(StreamPopups, AnotherFormatIsShownFirstAndThenItsTimesSelected) {
   View().SelectStreamByFormat({Seconds(9)}, kOpenTrack1);
   EXPECT_EQ(FormatOnShow(), kOpenTrack1);
   EXPECT_EQ(SelectedBegins(), (Times{9}));
+}
+
+TEST_F(StreamPopups, ASourceThatDoesNotOfferTheFormatOnShowShowsItsFirstStream) {
+  ShowThreeStreams();
+  Streams().SetValue(2);
+  Inspector::StreamFormatOnShow(View()) = kTeletextPage1;
+  Inspector::FillStreamPopup(View(), Inspector::Source(Pane()));
+  EXPECT_EQ(Streams().Size(), 3);
+  EXPECT_EQ(Streams().GetValue(), 0);
+  Inspector::StreamFormatOnShow(View()) = kCC1;
 }
 
 TEST_F(StreamPopups, AFormatThatTheSourceLacksChangesNeitherStreamNorSelection) {

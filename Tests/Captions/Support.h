@@ -42,6 +42,8 @@ class CaptionsInspector {
   static bool IsOnDuty(CaptionsView& view) { return view.onDuty; }
   static bool IsCreated(CaptionsView& view) { return view.created; }
   static void LayoutContent(CaptionsView& view, const RectT<int>& rect) { view.LayoutContent(rect); }
+  static void FillStreamPopup(CaptionsView& view, const CaptionsSource& source) { view.FillStreamPopup(source); }
+  static void FillCaptionTypePopup(CaptionsView& view) { view.FillCaptionTypePopup(); }
   static void ReportFilterChange(CaptionsView& view) { view.OnFilterChanged(); }
 
   static void ReportClosedGrid(CaptionsView& view) { view.OnClosedGridChanged(zebui::ui::UI_ControlChangedMessage()); }

@@ -206,6 +206,74 @@ TEST_F(ViewLifecycle, ASourceOfTheOtherClassIsLaidOutBeforeAndAfterItsPopupsAreF
   EXPECT_EQ(Pane().GetBounds().y, 85 + 7);
 }
 
+TEST_F(ViewLifecycle, AnotherSourceIsTakenUpFromTheFilterToTheStatesInThisOrder) {
+  ShowStream(zebcaptioning::kStreamFormat_608_CC1);
+  const CaptionsSource open = SourceOf(kOpenTrack1);
+  const auto take = [] {
+    Strings steps;
+    for (const auto& call : zebcore::trace::Take()) {
+      std::string step;
+      if (call.call == "UI_TextEdit::SetValue")
+        step = "filter, notifying " + call.args.at("notify").dump();
+      else if (call.call == "UI_Node::UI_SetLocalRectF" && call.args.at("rect") == Json({3.0, 3.0, 167.0, 20.0}))
+        step = "bar";
+      else if (call.call == "ScrollBar::SetBounds")
+        step = "content";
+      else if (call.call == "UI_Node::UI_Show" && call.args.at("class") == "zebui::controls::UI_Divider")
+        step = "a divider on or off";
+      else if (call.call == "UI_Node::UI_Show")
+        step = "visibility";
+      else if (call.call == "UI_Popup::DeleteAllItems")
+        step = "popup";
+      else if (call.call == "UI_StaticText::SetValue")
+        step = "text " + call.args.at("text").get<std::string>();
+      else if (call.call == "View::Enable")
+        step = "states";
+      if (!step.empty() && (steps.empty() || step == "popup" || steps.back() != step))
+        steps.push_back(step);
+    }
+    return steps;
+  };
+  take();
+  View().UpdateForSource(open, 32, 15);
+  EXPECT_EQ(take(), (Strings{"filter, notifying false", "bar", "content", "visibility", "popup", "popup",
+                             "text Frame:", "text 1920x1080", "bar", "visibility", "states"}));
+  View().UpdateForSource(open, 32, 15);
+  EXPECT_EQ(take(), (Strings{"filter, notifying false", "popup", "popup", "text Frame:", "text 1920x1080", "bar",
+                             "visibility", "states"}));
+}
+
+TEST_F(ViewLifecycle, ControlsComeOnShowAndGoInTheirOrder) {
+  ShowStream(kOpenTrack1);
+  const CaptionsSource source = Source();
+  zebcore::trace::Take();
+  View().UpdateForSource(source, 32, 15);
+  Strings shown;
+  for (const auto& call : zebcore::trace::Take()) {
+    if (call.call == "UI_Node::UI_Show") {
+      const std::string control = call.args.contains("control") ? call.args.at("control") : call.args.at("class");
+      shown.push_back(control.substr(control.rfind(':') + 1) + (call.args.at("show") == true ? " on" : " off"));
+    }
+  }
+  const std::string number = "UI_HotTextNumberT<double> on";
+  EXPECT_EQ(
+      shown,
+      (Strings{// font, size, edge, line spacing
+               "UI_StaticText on", "UI_Popup on", "UI_Popup on", "UI_StaticText on", number, "UI_StaticText on", number,
+               "UI_StaticText on", number,
+               // region, style
+               "UI_Popup off", "UI_Popup off",
+               // bold, edge colour, picker, opacity, position
+               "command 32015 on", "command 32016 on", "colorPicker on", number, "UI_StaticText on",
+               "UI_PositionGridControl on", "UI_StaticText on", number, "UI_StaticText on", "UI_StaticText on", number,
+               "UI_StaticText on",
+               // grid and its size, height
+               "UI_StaticText on", "UI_StaticText on", "UI_Popup off",
+               // those of closed captions
+               "UI_StaticText off", "UI_Popup off", "UI_PositionGridControl off", "UI_Swatch off", "UI_StaticText off",
+               "UI_HotTextNumberT<double> off", "UI_StaticText off", "UI_HotTextNumberT<double> off"}));
+}
+
 TEST_F(ViewLifecycle, AnotherSourceEmptiesTheFilterBoxWithoutFilteringAnew) {
   ShowStream(zebcaptioning::kStreamFormat_608_CC1);
   Inspector::FilterBox(View())->SetValue(u"no such text", true);
