@@ -2,6 +2,7 @@
 
 #include "zebcaptioning/CaptionRegions.h"
 #include "zebcaptioning/Conversion.h"
+#include "zebcaptioning/LineEnds.h"
 #include "zebcaptioning/Spans.h"
 
 namespace zebcaptioning {
@@ -64,7 +65,14 @@ void Caption::GetFormatInfo(boost::intrusive_ptr<CaptionFormatInfo>& info, const
   const CaptionRegions::Region* region = mRegions ? mRegions->Find(state.paragraph.region) : nullptr;
   info->MergeRegionArea(region ? &region->area : nullptr, region && region->percent, first);
 
-  const TextRange covered = ClampRange(state.text, range);
+  if (range.first == 0 && range.second == kTextRange_End && !state.text.empty()) {
+    for (const TextRun& run : state.runs) {
+      info->MergeSpan(run.attributes, first);
+      first = false;
+    }
+    return;
+  }
+  const TextRange covered = ClampRange(state.text, ToTextUnits(state.text, range));
   if (covered.first == covered.second) {
     info->MergeSpan(GetTypingStyle(state, covered.first), first);
     return;

@@ -8,6 +8,9 @@
 
 namespace Captivo {
 
+CaptionsRowItem::CaptionsRowItem(boost::shared_ptr<CaptionsItem> item)
+    : boost::shared_ptr<CaptionsItem>(std::move(item)), mCaption(*this ? (*this)->GetCaption().get() : nullptr) {}
+
 CaptionsItemList::CaptionsItemList(CaptionsPane* pane) : mPane(pane) {}
 
 CaptionsItemList::~CaptionsItemList() {
@@ -59,8 +62,8 @@ void CaptionsItemList::FindItemsAround(const TickTime& time, boost::shared_ptr<C
     at = row->item;
     return;
   }
-  after = row == mItems.end() ? nullptr : row->item;
-  at = row == mItems.begin() ? nullptr : std::prev(row)->item;
+  after = row == mItems.end() ? CaptionsRowItem() : row->item;
+  at = row == mItems.begin() ? CaptionsRowItem() : std::prev(row)->item;
 }
 
 int CaptionsItemList::GetFirstSelectedIndex() const {
@@ -242,32 +245,29 @@ void CaptionsItemList::SetStoredTextOfSelection(const UString& text) {
     item->SetStoredText(text);
 }
 
-// In batches, whose captions are all asked for before the first is read: with thousands of them, waiting for memory one
-// by one is most of the work.
+// Each pointer on the way to a caption's format is asked for some captions before it is followed: with thousands of
+// captions, waiting for memory one by one is most of the work.
 void CaptionsItemList::GatherSelectionFormat(boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo>& info) const {
   // Of several captions the whole is meant, though a caret may have stood in one of them before.
   const TextRange range = mSelected.size() > 1 ? kTextRange_Whole : mTextSelection;
-  constexpr std::size_t kBatch = 32;
-  std::array<const Caption*, kBatch> captions{};
-  std::size_t count = 0;
-  bool first = true;
-  const auto mergeBatch = [&] {
-    for (std::size_t i = 0; i < count; ++i)
-      __builtin_prefetch(captions[i]->GetState().get());
-    for (std::size_t i = 0; i < count; ++i)
-      __builtin_prefetch(captions[i]->GetState()->runs.data());
-    for (std::size_t i = 0; i < count; ++i) {
-      captions[i]->GetFormatInfo(info, range, mColumns, mRows, first);
-      first = false;
+  constexpr std::size_t kAhead = 16;
+  std::array<const Caption*, 4 * kAhead> captions{};
+  const auto at = [&](std::size_t index) { return captions[index % captions.size()]; };
+  const std::size_t count = mSelected.size();
+  auto row = mSelected.begin();
+  for (std::size_t i = 0; i < count + 3 * kAhead; ++i) {
+    if (i < count) {
+      captions[i % captions.size()] = row->item.GetCaption();
+      __builtin_prefetch(at(i));
+      ++row;
     }
-    count = 0;
-  };
-  for (const CaptionsRow& row : mSelected) {
-    captions[count++] = row.item->GetCaption().get();
-    if (count == kBatch)
-      mergeBatch();
+    if (i >= kAhead && i - kAhead < count)
+      at(i - kAhead)->GetState()->Prefetch();
+    if (i >= 2 * kAhead && i - 2 * kAhead < count)
+      __builtin_prefetch(at(i - 2 * kAhead)->GetState()->runs.data());
+    if (i >= 3 * kAhead)
+      at(i - 3 * kAhead)->GetFormatInfo(info, range, mColumns, mRows, i == 3 * kAhead);
   }
-  mergeBatch();
 }
 
 void CaptionsItemList::RebuildSelectedTimes() {

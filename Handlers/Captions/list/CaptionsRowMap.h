@@ -17,6 +17,19 @@ namespace Captivo {
 
 class CaptionsItem;
 
+// An item as a row map holds it, with its caption beside it: who reads the captions of many rows need not wait for the
+// memory of the items.
+class CaptionsRowItem : public boost::shared_ptr<CaptionsItem> {
+ public:
+  CaptionsRowItem() = default;
+  CaptionsRowItem(boost::shared_ptr<CaptionsItem> item);
+
+  const Caption* GetCaption() const { return mCaption; }
+
+ private:
+  const Caption* mCaption = nullptr; // an item keeps its caption as long as it lives
+};
+
 // Items ascending by time, one for each time, that counts as it goes: the row at a position and the position of a row
 // are found in logarithmic time, as are rows by time, and rows come and go in logarithmic time. A row after the last
 // one takes constant time, copying and emptying take linear time.
@@ -587,7 +600,7 @@ template <class Item, unsigned kLeafRows, unsigned kFanOut> void CountedRows<Ite
 
 // The rows of a list, under the times that they were filed at, which an edit from elsewhere can make differ from the
 // row's own begin time until the rows are read again.
-using CaptionsRowMap = CountedRows<boost::shared_ptr<CaptionsItem>, 32, 64>;
+using CaptionsRowMap = CountedRows<CaptionsRowItem, 32, 64>;
 using CaptionsRow = CaptionsRowMap::Row;
 
 } // namespace Captivo
