@@ -77,17 +77,21 @@ KnownNames& Known() {
 } // namespace
 
 bool TextSpanAttributes::IsGenericFontName(const UString& family) {
-  return FindGeneric(family) != nullptr;
+  if (FindGeneric(family))
+    return true;
+  KnownNames& known = Known();
+  const std::lock_guard lock(known.mutex);
+  return known.replaced.count(family) > 0;
 }
 
 UString TextSpanAttributes::GetGenericUIFontName(const UString& family) {
   const GenericFont* font = FindGeneric(family);
-  if (!font)
-    return family;
   KnownNames& known = Known();
   const std::lock_guard lock(known.mutex);
   if (const auto found = known.replaced.find(family); found != known.replaced.end())
     return found->second;
+  if (!font)
+    return family;
   auto found = known.asked.find(family);
   if (found == known.asked.end())
     found = known.asked.emplace(family, AskFontConfiguration(*font)).first;

@@ -328,6 +328,16 @@ TEST(GenericFonts, AreKnownByNameAndStoodInForByAFamily) {
   EXPECT_FALSE(TextSpanAttributes::GetGenericUIFontName(u"default").empty());
 }
 
+TEST(GenericFonts, ANameThatAFamilyIsGivenForIsGenericToo) {
+  EXPECT_FALSE(TextSpanAttributes::IsGenericFontName(u"House Style"));
+  SetGenericUIFontNames({{u"House Style", u"A Serif"}});
+  EXPECT_TRUE(TextSpanAttributes::IsGenericFontName(u"House Style"));
+  EXPECT_EQ(TextSpanAttributes::GetGenericUIFontName(u"House Style"), u"A Serif");
+  EXPECT_TRUE(TextSpanAttributes::IsGenericFontName(u"serif"));
+  SetGenericUIFontNames({});
+  EXPECT_FALSE(TextSpanAttributes::IsGenericFontName(u"House Style"));
+}
+
 TEST(RequestHash, IsAPureFunctionOfStreamTimeAndFormatAndNeverZero) {
   const auto hash = [](std::uint64_t low, std::int64_t time, StreamFormat format) {
     return CaptioningRenderableModel::CalculateRequestHash({1, low}, TickTime(time), format);
