@@ -38,7 +38,7 @@ struct PlacedBlock {
   double top = 0.0;
   double width = 0.0;
   double height = 0.0;
-  bool isFixed = false; // at x and y
+  bool isFixed = false; // at its y
   bool isAtTop = false; // anchored to the upper edge
 };
 

@@ -370,7 +370,7 @@ PlacedBlock PlaceBlock(const OpenCaptionLayout& layout, const zebcaptioning::Par
           place.y,
           layout.width,
           layout.height,
-          zebcaptioning::StandsAtPosition(paragraph),
+          zebcaptioning::StandsAtY(paragraph),
           paragraph.anchor >= 0 && paragraph.anchor < kAnchorsAtTop};
 }
 

@@ -286,6 +286,28 @@ bool SnapToLegalColor(StreamFormat format, CaptioningColor::ColorType type, Capt
   return false;
 }
 
+bool SnapToLegalColorBeside(StreamFormat format, CaptioningColor::ColorType type, const CaptioningColor& present,
+                            CaptioningColor& color) {
+  if (!IsProperColor(color) || IsUnlimited(format, type))
+    return false;
+  const Palette palette = GetPalette(format, type);
+  if (palette.colors.empty())
+    return false;
+  if (color.IsTransparent() && std::any_of(palette.colors.begin(), palette.colors.end(),
+                                           [](const CaptioningColor& legal) { return legal.IsTransparent(); })) {
+    color = CaptioningColor();
+    return true;
+  }
+  float alpha = color.alpha;
+  if (!SnapToLegalOpacity(format, type, alpha) && !IsNear(alpha, present.alpha))
+    return false;
+  color.alpha = alpha;
+  const auto hasHueOf = [&color](const CaptioningColor& other) {
+    return IsNear(other.red, color.red) && IsNear(other.green, color.green) && IsNear(other.blue, color.blue);
+  };
+  return hasHueOf(present) || std::any_of(palette.colors.begin(), palette.colors.end(), hasHueOf);
+}
+
 CaptioningColor NearestLegalColor(StreamFormat format, CaptioningColor::ColorType type, const CaptioningColor& color) {
   const auto clamp = [](float channel) { return channel > 0.0F ? std::min(channel, 1.0F) : 0.0F; };
   CaptioningColor nearest{clamp(color.red), clamp(color.green), clamp(color.blue), clamp(color.alpha)};

@@ -20,29 +20,38 @@ bool HasCell(const ParagraphStyleAttributes& paragraph) {
 
 } // namespace
 
-bool StandsAtPosition(const ParagraphStyleAttributes& paragraph) {
-  const bool wasNeverPlaced = paragraph.anchor == kAnchor_None && paragraph.x == 0 && paragraph.y == 0;
-  return !HasCell(paragraph) && !wasNeverPlaced;
+namespace {
+
+// A coordinate of 0 without a cell was never set: anchor -1 says that 0 is meant.
+bool WasNeverSet(const ParagraphStyleAttributes& paragraph, int coordinate) {
+  return paragraph.anchor == kAnchor_None && coordinate == 0;
+}
+
+} // namespace
+
+bool StandsAtX(const ParagraphStyleAttributes& paragraph) {
+  return !HasCell(paragraph) && !WasNeverSet(paragraph, paragraph.x);
+}
+bool StandsAtY(const ParagraphStyleAttributes& paragraph) {
+  return !HasCell(paragraph) && !WasNeverSet(paragraph, paragraph.y);
 }
 
 OpenPlace GetOpenPlace(const ParagraphStyleAttributes& paragraph, double blockWidth, double blockHeight,
                        double frameWidth, double frameHeight) {
-  if (StandsAtPosition(paragraph))
-    return {static_cast<double>(paragraph.x), static_cast<double>(paragraph.y)};
   const int cell = HasCell(paragraph) ? paragraph.anchor : kAnchor_BottomLeft + paragraph.alignment;
   const double freeWidth = frameWidth * (1.0 - 2.0 * kSafeMargin) - blockWidth;
   const double freeHeight = frameHeight * (1.0 - 2.0 * kSafeMargin) - blockHeight;
-  return {frameWidth * kSafeMargin + freeWidth * (cell % 3) / 2.0,
-          frameHeight * kSafeMargin + freeHeight * (cell / 3) / 2.0};
+  return {StandsAtX(paragraph) ? paragraph.x : frameWidth * kSafeMargin + freeWidth * (cell % 3) / 2.0,
+          StandsAtY(paragraph) ? paragraph.y : frameHeight * kSafeMargin + freeHeight * (cell / 3) / 2.0};
 }
 
-void TakePositionInPlace(ParagraphStyleAttributes& paragraph, int frameWidth, int frameHeight) {
-  if (!StandsAtPosition(paragraph)) {
-    const OpenPlace place = GetOpenPlace(paragraph, std::max(0, paragraph.lineWidth),
-                                         std::max(0, paragraph.blockHeight), frameWidth, frameHeight);
-    paragraph.x = static_cast<int>(std::lround(place.x));
-    paragraph.y = static_cast<int>(std::lround(place.y));
-  }
+void MakeRoomForPosition(ParagraphStyleAttributes& paragraph, int coordinate, int frameWidth, int frameHeight) {
+  if (!HasCell(paragraph) && !WasNeverSet(paragraph, coordinate))
+    return;
+  const OpenPlace place = GetOpenPlace(paragraph, std::max(0, paragraph.lineWidth), std::max(0, paragraph.blockHeight),
+                                       frameWidth, frameHeight);
+  paragraph.x = static_cast<int>(std::lround(place.x));
+  paragraph.y = static_cast<int>(std::lround(place.y));
   paragraph.anchor = kAnchor_ByPosition;
 }
 

@@ -119,10 +119,16 @@ class SpanChange {
   SpanChange(CaptionFormatParameter parameter, const CaptionFormatInfo& info, StreamFormat format)
       : mParameter(parameter), mInfo(info), mFormat(format), mFacts(GetFormatFacts(format)) {}
 
-  // Whether the format takes anything of it.
-  bool IsAllowed() const {
-    TextSpanAttributes ignored;
-    return ApplyTo(ignored);
+  // Whether the format takes anything of it, for any text or for this.
+  bool IsAllowedIn(const CaptionState& state) const {
+    TextSpanAttributes usual;
+    const auto isAllowedOver = [this](const SharedSpan& span) {
+      TextSpanAttributes copy = *span;
+      return ApplyTo(copy);
+    };
+    return ApplyTo(usual) || (state.typing && isAllowedOver(state.typing)) ||
+           std::any_of(state.runs.begin(), state.runs.end(),
+                       [&isAllowedOver](const TextRun& run) { return isAllowedOver(run.attributes); });
   }
 
   SharedSpan Apply(const SharedSpan& before) const {
@@ -195,7 +201,7 @@ class SpanChange {
     CaptioningColor color;
     bool ignored = false;
     mInfo.GetColor(type, color, ignored);
-    const bool isLegal = SnapToLegalColor(mFormat, type, color);
+    const bool isLegal = SnapToLegalColor(mFormat, type, color) || SnapToLegalColorBeside(mFormat, type, target, color);
     return Write(isLegal, target, color);
   }
 
@@ -236,6 +242,11 @@ bool IsAnchor(int anchor) {
   return anchor >= -2 && anchor <= 9;
 }
 
+// A block whose height is not known may begin right below the grid, which is as far as the panel's limits let it.
+int LastRowOf(const ParagraphStyleAttributes& paragraph, int rows) {
+  return paragraph.blockHeight > 0 ? rows - 1 : rows;
+}
+
 // info is a copy: some of its getters are not const.
 void ApplyToParagraph(ParagraphStyleAttributes& paragraph, CaptionFormatParameter parameter, CaptionFormatInfo info,
                       StreamFormat format, int columns, int rows) {
@@ -258,17 +269,18 @@ void ApplyToParagraph(ParagraphStyleAttributes& paragraph, CaptionFormatParamete
     break;
   case kFormatPositionX:
     if (IsOpenCaptions(format))
-      TakePositionInPlace(paragraph, columns, rows);
+      MakeRoomForPosition(paragraph, info.GetPositionX(ignored), columns, rows);
     paragraph.x = info.GetPositionX(ignored);
     if (facts.limited)
       paragraph.x = std::clamp(paragraph.x, 0, std::max(0, GridColumns(format, columns) - 1));
     break;
   case kFormatPositionY:
     if (IsOpenCaptions(format))
-      TakePositionInPlace(paragraph, columns, rows);
+      MakeRoomForPosition(paragraph, info.GetPositionY(ignored), columns, rows);
     paragraph.y = info.GetPositionY(ignored);
     if (facts.limited)
-      paragraph.y = std::clamp(paragraph.y, facts.topPosition, std::max(facts.topPosition, GridRows(format, rows) - 1));
+      paragraph.y = std::clamp(paragraph.y, facts.topPosition,
+                               std::max(facts.topPosition, LastRowOf(paragraph, GridRows(format, rows))));
     break;
   case kFormatLineSpacing:
     if (!facts.limited)
@@ -338,7 +350,7 @@ CaptionStatePtr ApplyToRange(const CaptionStatePtr& state, CaptionFormatParamete
   }
 
   const SpanChange change(parameter, info, format);
-  if (!change.IsAllowed())
+  if (!change.IsAllowedIn(*state))
     return state;
   const bool isWhole = range.first == 0 && range.second == kTextRange_End;
   const TextRange covered = ClampRange(state->text, range);

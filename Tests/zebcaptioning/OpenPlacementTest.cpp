@@ -76,16 +76,49 @@ TEST(PlaceOfAnOpenCaption, AnAnchorThatIsAppliedAfterAPositionHolds) {
 TEST(PlaceOfAnOpenCaption, OneThatWasNeverPlacedStandsAtTheBottomByItsAlignment) {
   Paragraph paragraph = InCell(9);
   paragraph.alignment = Paragraph::kTextAlignment_Center;
-  EXPECT_FALSE(StandsAtPosition(paragraph));
+  EXPECT_FALSE(StandsAtX(paragraph));
+  EXPECT_FALSE(StandsAtY(paragraph));
   EXPECT_EQ(PlaceOf(Placed(paragraph)).x, 400);
   EXPECT_EQ(PlaceOf(Placed(paragraph)).y, 375);
 }
 
 TEST(PlaceOfAnOpenCaption, WithoutACellXAndYSayIt) {
   Paragraph paragraph = InCell(9);
+  paragraph.x = 20;
   paragraph.y = 30;
-  EXPECT_EQ(PlaceOf(Placed(paragraph)).x, 0);
+  EXPECT_EQ(PlaceOf(Placed(paragraph)).x, 20);
   EXPECT_EQ(PlaceOf(Placed(paragraph)).y, 30);
+}
+
+TEST(PlaceOfAnOpenCaption, ACoordinateThatWasNeverSetLeavesTheCaptionAtTheBottomOrAtItsSide) {
+  Paragraph paragraph = InCell(9);
+  paragraph.x = 20;
+  EXPECT_EQ(PlaceOf(Placed(paragraph)).x, 20);
+  EXPECT_EQ(PlaceOf(Placed(paragraph)).y, 375);
+  paragraph.x = 0;
+  paragraph.y = 30;
+  EXPECT_EQ(PlaceOf(Placed(paragraph)).x, 50);
+  EXPECT_EQ(PlaceOf(Placed(paragraph)).y, 30);
+}
+
+TEST(PlaceOfAnOpenCaption, WithoutACellNothingButTheCoordinateThatIsAppliedChanges) {
+  const auto across = ApplyX(Placed(InCell(9)), 20);
+  EXPECT_EQ(across->paragraph.x, 20);
+  EXPECT_EQ(across->paragraph.y, 0);
+  EXPECT_EQ(across->paragraph.anchor, 9);
+  const auto down = ApplyY(across, 30);
+  EXPECT_EQ(down->paragraph.x, 20);
+  EXPECT_EQ(down->paragraph.y, 30);
+  EXPECT_EQ(down->paragraph.anchor, 9);
+}
+
+TEST(PlaceOfAnOpenCaption, WithoutACellABorderOfTheFrameCanBeAppliedToo) {
+  Paragraph paragraph = InCell(9);
+  paragraph.x = 20;
+  paragraph.y = 30;
+  const auto atLeft = ApplyX(Placed(paragraph), 0);
+  EXPECT_EQ(PlaceOf(atLeft).x, 0);
+  EXPECT_EQ(PlaceOf(atLeft).y, 30);
 }
 
 TEST(PlaceOfAnOpenCaption, ClosedCaptionsKeepTheirAnchorWhenAPositionIsApplied) {

@@ -278,19 +278,72 @@ TEST(ApplyingWhatTheFormatLacks, KeepsTheStyleOfWhatIsTypedNext) {
   }
 }
 
+// The text may be red or half visible blue, the background yellow; a background shows through by half.
+struct OddPalette {
+  OddPalette() {
+    FactsOverride facts;
+    facts.colors[CaptioningColor::kColorType_Text] = {{{1, 0, 0, 1}, u"Red"}, {{0, 0, 1, 0.5F}, u"Blue"}};
+    facts.colors[CaptioningColor::kColorType_Background] = {{{1, 1, 0, 1}, u"Yellow"}, {{0, 1, 0, 0}, u"None"}};
+    facts.opacities[CaptioningColor::kColorType_Background] = {{0.5F, u"Half"}};
+    OverrideFacts(kCC1, facts);
+  }
+  OddPalette(const OddPalette&) = delete;
+  OddPalette& operator=(const OddPalette&) = delete;
+  ~OddPalette() { OverrideFacts(kCC1, std::nullopt); }
+};
+
+TEST(ApplyingAColour, MayKeepTheOpacityThatIsThere) {
+  const OddPalette palette;
+  const auto before = State(u"abc");
+  EXPECT_EQ(Colour(before, kFormatBackgroundColor, {1, 1, 0, 1}, kCC1)->runs[0].attributes->backgroundColor,
+            CaptioningColor(1, 1, 0, 1));
+  EXPECT_EQ(Colour(before, kFormatTextColor, {0, 0, 1, 1}, kCC1)->runs[0].attributes->textColor,
+            CaptioningColor(0, 0, 1, 1));
+  EXPECT_EQ(Colour(before, kFormatBackgroundColor, {1, 1, 0, 0.7F}, kCC1), before) << "neither there nor legal";
+}
+
+TEST(ApplyingAColour, MayChangeTheOpacityOfAColourThatIsNotLegalItself) {
+  const OddPalette palette;
+  const auto before = State(u"abc");
+  EXPECT_EQ(Colour(before, kFormatBackgroundColor, {0, 0, 0, 0.5F}, kCC1)->runs[0].attributes->backgroundColor,
+            CaptioningColor(0, 0, 0, 0.5F));
+  EXPECT_EQ(Colour(before, kFormatBackgroundColor, {0, 0.2F, 0, 0.5F}, kCC1), before) << "another colour";
+}
+
+TEST(ApplyingAColour, MayTakeItAwayWhereALegalColourIsNone) {
+  const OddPalette palette;
+  const auto before = State(u"abc");
+  EXPECT_EQ(Colour(before, kFormatBackgroundColor, {}, kCC1)->runs[0].attributes->backgroundColor, CaptioningColor());
+  EXPECT_EQ(Colour(before, kFormatTextColor, {}, kCC1), before);
+}
+
+CaptionStatePtr OneLine() {
+  ParagraphStyleAttributes paragraph;
+  paragraph.blockHeight = 1;
+  return MakeCaptionState(TickTime(0), TickTime(100), u"a", {}, paragraph);
+}
+
 TEST(ApplyingAPosition, IsHeldToTheRowsAndColumnsThatMayBeUsed) {
   const auto info = Info();
   info->SetPositionX(99);
   info->SetPositionY(99);
   EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionX, *info, kWhole, kCC1)->paragraph.x, 31);
-  EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kCC1)->paragraph.y, 14);
+  EXPECT_EQ(ApplyToRange(OneLine(), kFormatPositionY, *info, kWhole, kCC1)->paragraph.y, 14);
   EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionX, *info, kWhole, k708, 42, 15)->paragraph.x, 41);
   EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionX, *info, kWhole, k708, 32, 15)->paragraph.x, 31);
-  EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kTeletext)->paragraph.y, 23);
-  EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kEbu)->paragraph.y, 22);
+  EXPECT_EQ(ApplyToRange(OneLine(), kFormatPositionY, *info, kWhole, kTeletext)->paragraph.y, 23);
+  EXPECT_EQ(ApplyToRange(OneLine(), kFormatPositionY, *info, kWhole, kEbu)->paragraph.y, 22);
   info->SetPositionY(-3);
   EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kTeletext)->paragraph.y, 1);
   EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionX, *info, kWhole, kOpen)->paragraph.x, 99);
+}
+
+TEST(ApplyingAPosition, OfABlockWithoutAHeightReachesAsFarAsTheLimitsOfThePanel) {
+  const auto info = Info();
+  info->SetPositionY(15);
+  EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kCC1)->paragraph.y, 15);
+  info->SetPositionY(99);
+  EXPECT_EQ(ApplyToRange(State(u"a"), kFormatPositionY, *info, kWhole, kCC1)->paragraph.y, 15);
 }
 
 TEST(ApplyingAParagraphAttribute, ReachesTheWholeCaptionWhateverTheRange) {
