@@ -34,6 +34,7 @@ class BarWidget : public QScrollBar {
 } // namespace
 
 struct ScrollBar::Impl {
+  const ScrollBar* owner = nullptr;
   unsigned id = 0;
   int min = 0;
   int max = 0;
@@ -76,7 +77,7 @@ struct ScrollBar::Impl {
 
   void Trace(const char* call, nlohmann::json args) const {
     args["id"] = id;
-    zebcore::trace::Record(call, std::move(args));
+    zebcore::trace::Record(call, std::move(args), owner);
   }
 };
 
@@ -88,6 +89,7 @@ void ScrollBar::Create(ViewBase* parent, const RectT<int>& bounds, int orientati
   if (mImpl || !parent || !WidgetOf(parent))
     return;
   mImpl = std::make_unique<Impl>();
+  mImpl->owner = this;
   mImpl->id = id;
   mImpl->station = zebcore::utility::ImmutableString(("scrollBar:" + std::to_string(++sStations)).c_str());
   mImpl->bounds = bounds;
@@ -184,6 +186,10 @@ void ScrollBar::Show(bool show) {
 
 bool ScrollBar::IsShown() const {
   return mImpl && mImpl->shown;
+}
+
+UString ScrollBar::GetAccessibleName() const {
+  return mImpl && mImpl->widget ? toolkit::FromQt(mImpl->widget->accessibleName()) : UString();
 }
 
 } // namespace UIF

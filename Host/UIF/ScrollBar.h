@@ -39,6 +39,8 @@ class ScrollBar {
   RectT<int> GetBounds() const;
   void Show(bool show);
   bool IsShown() const;
+  // What assistive technology calls it.
+  UString GetAccessibleName() const;
 
  private:
   struct Impl;

@@ -22,7 +22,7 @@ std::optional<KeyModifiers> sModifiers;
 
 void Trace(const char* call, const ViewBase& view) {
   if (zebcore::trace::IsOn())
-    zebcore::trace::Record(call, TraceArgs(view));
+    zebcore::trace::Record(call, TraceArgs(view), &view);
 }
 
 template <class T> void Trace(const char* call, const ViewBase& view, const char* name, const T& value) {
@@ -30,7 +30,7 @@ template <class T> void Trace(const char* call, const ViewBase& view, const char
     return;
   nlohmann::json args = TraceArgs(view);
   args[name] = value;
-  zebcore::trace::Record(call, std::move(args));
+  zebcore::trace::Record(call, std::move(args), &view);
 }
 
 } // namespace

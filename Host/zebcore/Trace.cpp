@@ -53,10 +53,10 @@ void SetOn(bool on) {
   gOn.store(on, std::memory_order_relaxed);
 }
 
-void Record(const char* call, nlohmann::json args) {
+void Record(const char* call, nlohmann::json args, const void* subject) {
   if (!IsOn())
     return;
-  Call record{call, std::move(args)};
+  Call record{call, std::move(args), subject};
   Annotate(record);
   Tape& tape = TheTape();
   std::lock_guard lock(tape.mutex);

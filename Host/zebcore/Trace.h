@@ -13,11 +13,14 @@ namespace zebcore::trace {
 struct Call {
   std::string call; // "Class::Operation"
   nlohmann::json args;
+  // What it was asked of, for whoever knows that by a name, perhaps only later; never to be followed, since it may be
+  // gone by then. Null where nothing was told.
+  const void* subject = nullptr;
 };
 
 bool IsOn() noexcept;
 void SetOn(bool on);
-void Record(const char* call, nlohmann::json args = nlohmann::json::object());
+void Record(const char* call, nlohmann::json args = nlohmann::json::object(), const void* subject = nullptr);
 // The calls since the last Take, oldest first.
 std::vector<Call> Take();
 

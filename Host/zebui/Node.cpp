@@ -87,14 +87,18 @@ void Detach(UI_Node& node) {
 
 } // namespace
 
-void TraceNode(const char* call, const UI_Node& node, const char* name, const nlohmann::json& value) {
+void TraceNode(const char* call, const UI_Node& node, nlohmann::json args) {
   if (!zebcore::trace::IsOn())
     return;
-  nlohmann::json args{{"class", TypeName(node)}};
+  args["class"] = TypeName(node);
   if (!node.Impl().traceName.empty())
     args["control"] = node.Impl().traceName;
-  args[name] = value;
-  zebcore::trace::Record(call, std::move(args));
+  zebcore::trace::Record(call, std::move(args), &node);
+}
+
+void TraceNode(const char* call, const UI_Node& node, const char* name, const nlohmann::json& value) {
+  if (zebcore::trace::IsOn())
+    TraceNode(call, node, nlohmann::json{{name, value}});
 }
 
 UI_Node* NodeOf(const QWidget* widget) {

@@ -6,7 +6,6 @@
 #include <QAccessibleWidget>
 #include <QMouseEvent>
 
-#include "zebcore/Trace.h"
 #include "zebui/ControlWidget.h"
 #include "zebui/Toolkit.h"
 
@@ -175,12 +174,7 @@ void PaintedButton::leaveEvent(QEvent* event) {
 }
 
 void TraceValue(const char* call, const ui::UI_Node& node, const nlohmann::json& value) {
-  if (!zebcore::trace::IsOn())
-    return;
-  nlohmann::json args{{"class", TypeName(node)}, {"value", value}};
-  if (!node.Impl().traceName.empty())
-    args["control"] = node.Impl().traceName;
-  zebcore::trace::Record(call, std::move(args));
+  TraceNode(call, node, "value", value);
 }
 
 bool IsPressKey(const ui::KeyboardEvent& event) {

@@ -20,6 +20,8 @@ namespace {
 
 constexpr float kAroundText = 30.0F; // frame, padding and arrow
 constexpr float kMinimumWidth = 44.0F;
+constexpr float kEmptyWidth = 88.0F; // so that it still looks like a list
+constexpr char16_t kNothing = u'\u2013';
 constexpr float kHeight = 20.0F;
 constexpr int kPage = 10;
 constexpr int kEighthsPerNotch = 120;
@@ -29,6 +31,7 @@ class PopupWidget : public NodeWidget<QWidget>, public Described {
  public:
   struct Owner {
     std::function<QString()> text;
+    std::function<bool()> isEmpty; // no items and no text
     std::function<void()> open;
     std::function<void()> close;
     std::function<void(int steps)> stepped;
@@ -42,6 +45,7 @@ class PopupWidget : public NodeWidget<QWidget>, public Described {
     mOwner = {};
   }
   QString Text() const { return mOwner.text ? mOwner.text() : QString(); }
+  bool IsEmpty() const { return mOwner.isEmpty && mOwner.isEmpty(); }
   void Press() const {
     if (mOwner.open)
       mOwner.open();
@@ -72,8 +76,10 @@ class PopupWidget : public NodeWidget<QWidget>, public Described {
     const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
     painter.setPen(palette().color(group, QPalette::ButtonText));
     const QRect text = TextRect();
+    // A dash where there is nothing to choose from.
+    const QString shown = IsEmpty() ? QString(QChar(kNothing)) : Text();
     painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     fontMetrics().elidedText(Text(), Qt::ElideRight, text.width()));
+                     fontMetrics().elidedText(shown, Qt::ElideRight, text.width()));
     if (toolkit::GetFocusWidget() == this)
       PaintFocusRing(painter, rect(), palette());
   }
@@ -295,6 +301,7 @@ struct UI_Popup::List {
   QWidget* MakeWidget(QWidget* parent) {
     PopupWidget::Owner toOwner;
     toOwner.text = [this] { return toolkit::ToQt(shown); };
+    toOwner.isEmpty = [this] { return items.empty() && shown.empty(); };
     toOwner.open = [this] { Open(); };
     toOwner.close = [this] { Close(); };
     toOwner.stepped = [this](int steps) { Step(steps); };
@@ -315,7 +322,8 @@ UI_Popup::UI_Popup(int, bool)
   Impl().widgetGoes = [this] { mList->WidgetGoes(); };
   Impl().recommend = [this] {
     const float widest = std::max(mList->WidestItem(), TextWidth(toolkit::ToQt(mList->shown), mList->widget));
-    return PointT<float>{std::max(kMinimumWidth, widest + kAroundText), kHeight};
+    const float least = mList->items.empty() ? kEmptyWidth : kMinimumWidth;
+    return PointT<float>{std::max(least, widest + kAroundText), kHeight};
   };
 }
 
@@ -331,12 +339,14 @@ void UI_Popup::SetItemCheckStyle(bool check) {
 }
 
 std::int64_t UI_Popup::AddItem(const UString& text) {
+  toolkit::TraceNode("UI_Popup::AddItem", *this, "text", zebcore::ToUTF8(text));
   mList->Close();
   mList->items.push_back(text);
   return static_cast<std::int64_t>(mList->items.size()) - 1;
 }
 
 void UI_Popup::RemoveItem(std::int64_t index) {
+  toolkit::TraceNode("UI_Popup::RemoveItem", *this, "index", index);
   if (!mList->IsItem(index))
     return;
   mList->Close();
@@ -349,6 +359,7 @@ void UI_Popup::RemoveItem(std::int64_t index) {
 }
 
 void UI_Popup::DeleteAllItems() {
+  toolkit::TraceNode("UI_Popup::DeleteAllItems", *this, nlohmann::json::object());
   mList->Close();
   mList->items.clear();
   mList->widths.clear();

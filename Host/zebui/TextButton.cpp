@@ -6,6 +6,7 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include "zebcore/Trace.h"
 #include "zebui/ControlWidget.h"
 #include "zebui/Controls.h"
 #include "zebui/Toolkit.h"
@@ -82,6 +83,7 @@ UI_TextButton::~UI_TextButton() {
 }
 
 void UI_TextButton::SetText(const UString& text) {
+  toolkit::TraceNode("UI_TextButton::SetText", *this, "text", zebcore::ToUTF8(text));
   Impl().label = [text] { return text; };
   if (auto* button = qobject_cast<QPushButton*>(Impl().widget.data())) {
     button->setText(toolkit::ToQt(text));

@@ -79,7 +79,8 @@ void BindViewNode(UI_Node& node, QWidget* widget);
 void UnbindViewNode(UI_Node& node);
 // What the trace calls a node, beside its class.
 void SetTraceName(UI_Node& node, std::string name);
-// Records a call on a node with one argument beside what names the node; nothing while the trace is off.
+// Records a call on a node with its arguments beside what names the node; nothing while the trace is off.
+void TraceNode(const char* call, const UI_Node& node, nlohmann::json args);
 void TraceNode(const char* call, const UI_Node& node, const char* name, const nlohmann::json& value);
 
 // --- Focus. The focus is the program's own record, right without an active window too; it follows the toolkit's.
