@@ -144,6 +144,9 @@ void CaptionFormatInfo::SetTextAlignment(TextAlignmentType alignment, bool unifo
 CaptionFormatInfo::AnchorID CaptionFormatInfo::GetAnchorID() {
   return mAnchor.value;
 }
+bool CaptionFormatInfo::IsAnchorUniform() const {
+  return mAnchor.uniform;
+}
 void CaptionFormatInfo::SetAnchorID(AnchorID anchor, bool uniform) {
   mAnchor = {anchor, uniform};
 }

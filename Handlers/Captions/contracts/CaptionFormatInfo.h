@@ -80,6 +80,8 @@ class CaptionFormatInfo : public boost::intrusive_ref_counter<CaptionFormatInfo>
   void SetTextAlignment(TextAlignmentType alignment, bool uniform);
   // 9 where captions differ.
   AnchorID GetAnchorID();
+  // Whether that is the anchor of all of them, be it none.
+  bool IsAnchorUniform() const;
   void SetAnchorID(AnchorID anchor, bool uniform);
   int GetPositionX(bool& uniform) const;
   void SetPositionX(int x);
