@@ -143,7 +143,7 @@ PointT<int> UI_PositionGridControl::GetValue() const {
 }
 
 void UI_PositionGridControl::Choose(const PointT<int>& cell) {
-  if (!UI_IsEnabled() || IsDisabled() || !IsCell(cell))
+  if (!UI_IsEnabled() || IsDisabled() || (!IsCell(cell) && cell != kNoCell))
     return;
   const toolkit::WidgetScope scope;
   SetValue(cell);

@@ -15,7 +15,8 @@ class UI_PositionGridControl : public UI_ControlView {
   // Column and row from 0 to 2; (-1, -1) marks none. Reports nothing.
   void SetValue(const zebcore::geom::PointT<int>& cell);
   zebcore::geom::PointT<int> GetValue() const;
-  // As a person would: the value, then a report, also when it is the same cell; nothing when it is disabled.
+  // As a person would: the value, then a report, also when it is the same cell or none; nothing when it is disabled,
+  // or for what is neither a cell nor none.
   void Choose(const zebcore::geom::PointT<int>& cell);
 
   // An arrow moves the mark by a cell and stops at the edge; without a mark it goes to the middle, as Space and Enter

@@ -143,8 +143,15 @@ TEST_F(PositionGrid, DoesNothingWhenDisabled) {
 
 TEST_F(PositionGrid, RefusesCellsThatItDoesNotHave) {
   grid->Choose({3, 0});
-  grid->Choose(kNone);
+  grid->Choose({-1, 0});
   EXPECT_TRUE(reports.empty());
+}
+
+TEST_F(PositionGrid, ReportsThatNoCellIsChosen) {
+  grid->Choose({1, 2});
+  grid->Choose(kNone);
+  EXPECT_EQ(reports.size(), 2U);
+  EXPECT_EQ(grid->GetValue(), kNone);
 }
 
 TEST_F(PositionGrid, LooksDifferentForEachCellAndForNone) {
