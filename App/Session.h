@@ -58,10 +58,12 @@ class Session {
   std::optional<Problem> SetReadOnly(bool readOnly);
   void CloseProject();
 
-  // A media file as a clip of the bin, its text subtitle tracks as streams.
-  Result<InterfaceRef<BE::MasterClip>> ImportMedia(const std::filesystem::path& path, const Progress& progress = {});
+  // A media file as a clip of the bin, its text subtitle tracks as streams. Without a name it has that of the file.
+  Result<InterfaceRef<BE::MasterClip>> ImportMedia(const std::filesystem::path& path, const Progress& progress = {},
+                                                   const std::string& name = {});
 
-  Result<MediaReport> ImportMediaReport(const std::filesystem::path& path, const Progress& progress = {});
+  Result<MediaReport> ImportMediaReport(const std::filesystem::path& path, const Progress& progress = {},
+                                        const std::string& name = {});
 
   // A caption file as a new stream of a clip: the format asked for or, if the clip holds that already, the next free
   // number of its family. One undoable step. The project's import settings say what becomes of its captions.

@@ -74,7 +74,8 @@ Probe ProbeWithTracks(const fs::path& path, BE::CaptionsImportSettings settings,
 
 } // namespace
 
-Result<MediaReport> Session::ImportMediaReport(const fs::path& path, const Progress& progress) {
+Result<MediaReport> Session::ImportMediaReport(const fs::path& path, const Progress& progress,
+                                               const std::string& name) {
   if (!mProject)
     return {std::nullopt,
             {Text("$$$/Vidra/Captivo/Error/NoProject=There is no project. Open one or make a new one first.")}};
@@ -94,8 +95,8 @@ Result<MediaReport> Session::ImportMediaReport(const fs::path& path, const Progr
 
   std::error_code error;
   const fs::path absolute = fs::absolute(path, error);
-  const auto clip = mProject->AddClip(zebcore::FromUTF8(path.filename().string()), error ? path : absolute,
-                                      *probe->info.value, false);
+  const auto clip = mProject->AddClip(zebcore::FromUTF8(name.empty() ? path.filename().string() : name),
+                                      error ? path : absolute, *probe->info.value, false);
   if (!clip)
     return {std::nullopt,
             {Text("$$$/Vidra/Captivo/Error/NotAdded={1} could not be added to the project.", {QuotedName(path)})}};
@@ -113,8 +114,9 @@ Result<MediaReport> Session::ImportMediaReport(const fs::path& path, const Progr
   return {MediaReport{clip, std::move(probe->problems)}, {}};
 }
 
-Result<InterfaceRef<BE::MasterClip>> Session::ImportMedia(const fs::path& path, const Progress& progress) {
-  Result<MediaReport> report = ImportMediaReport(path, progress);
+Result<InterfaceRef<BE::MasterClip>> Session::ImportMedia(const fs::path& path, const Progress& progress,
+                                                          const std::string& name) {
+  Result<MediaReport> report = ImportMediaReport(path, progress, name);
   if (!report)
     return {std::nullopt, report.problem};
   return {report.value->clip, {}};
