@@ -149,6 +149,7 @@ struct Describer {
     json["max"] = max;
     json["page"] = page;
     json["step"] = step;
+    json["accessible_name"] = FromText(bar->GetAccessibleName());
     // It is moved by the mouse and by the panel, and takes no focus.
     json["focus"] = false;
   }
@@ -174,27 +175,51 @@ struct EnabledAsker {
   template <class View> bool operator()(View* view) const { return view->IsEnabled(); }
 };
 
-struct Enabler {
-  bool enable;
+// What a control says of itself; a node has a state of its own beside that of its being a control.
+struct Abilities {
+  bool enabled = true;
+  bool usable = true;
+};
+
+struct AbilitiesAsker {
+  Abilities operator()(UI_Node* node) const {
+    const auto* control = dynamic_cast<const zebui::ui::UI_ControlView*>(node);
+    return {node->UI_IsEnabled(), !control || !control->IsDisabled()};
+  }
+  Abilities operator()(UIF::ScrollBar*) const { return {}; }
+  template <class View> Abilities operator()(View* view) const { return {view->IsEnabled(), true}; }
+};
+
+struct AbilitiesSetter {
+  Abilities abilities;
 
   void operator()(UI_Node* node) const {
-    node->UI_SetEnabled(enable);
-    if (auto* control = dynamic_cast<zebui::ui::UI_ControlView*>(node))
-      control->SetDisabled(!enable);
+    if (node->UI_IsEnabled() != abilities.enabled)
+      node->UI_SetEnabled(abilities.enabled);
+    auto* control = dynamic_cast<zebui::ui::UI_ControlView*>(node);
+    if (control && control->IsDisabled() == abilities.usable)
+      control->SetDisabled(!abilities.usable);
   }
   void operator()(UIF::ScrollBar*) const {}
-  template <class View> void operator()(View* view) const { view->Enable(enable); }
+  template <class View> void operator()(View* view) const { view->Enable(abilities.enabled); }
 };
 
 struct Namer {
   const std::string& name;
+  SubjectNames& names;
 
-  void operator()(UI_Node* node) const { zebui::toolkit::SetTraceName(*node, name); }
-  void operator()(UIF::ViewBase* view) const { UIF::SetTraceName(*view, name); }
-  void operator()(UIF::ScrollBar*) const {}
+  void operator()(UI_Node* node) const {
+    zebui::toolkit::SetTraceName(*node, name);
+    names[node] = name;
+  }
+  void operator()(UIF::ViewBase* view) const {
+    UIF::SetTraceName(*view, name);
+    names[view] = name;
+  }
+  void operator()(UIF::ScrollBar* bar) const { names[bar] = name; }
   template <class View> void operator()(View* view) const {
     if (UI_Node* node = view->GetNode())
-      zebui::toolkit::SetTraceName(*node, name);
+      (*this)(node);
   }
 };
 
@@ -241,20 +266,26 @@ ForcedControl::ForcedControl(const CaptionsInspector::Control& control, bool for
     : mControl(control), mForced(force && !IsEnabled(control)) {
   if (!mForced)
     return;
+  const Abilities former = std::visit(AbilitiesAsker(), mControl.pointer);
+  mWasEnabled = former.enabled;
+  mWasUsable = former.usable;
   const Unrecorded unrecorded;
-  std::visit(Enabler{true}, mControl.pointer);
+  std::visit(AbilitiesSetter{{}}, mControl.pointer);
 }
 
+// Only what was forced is taken back: the panel goes on to write the one of the two states that it writes.
 ForcedControl::~ForcedControl() {
   if (!mForced || !IsEnabled(mControl))
     return;
   const Unrecorded unrecorded;
-  std::visit(Enabler{false}, mControl.pointer);
+  std::visit(AbilitiesSetter{{mWasEnabled, mWasUsable}}, mControl.pointer);
 }
 
-void NameControls(Driver& driver) {
+SubjectNames NameControls(Driver& driver) {
+  SubjectNames names;
   for (const auto& control : CaptionsInspector(driver.Handler()).GetControls())
-    std::visit(Namer{control.name}, control.pointer);
+    std::visit(Namer{control.name, names}, control.pointer);
+  return names;
 }
 
 } // namespace Drive

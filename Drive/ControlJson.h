@@ -12,8 +12,8 @@ bool IsVisible(const Captivo::CaptionsInspector::Control& control);
 bool HasFocus(const Captivo::CaptionsInspector::Control& control);
 bool IsEnabled(const Captivo::CaptionsInspector::Control& control);
 Json DescribeControl(const Captivo::CaptionsInspector::Control& control);
-// So that the record calls the controls by the names of their fields.
-void NameControls(Driver& driver);
+// So that the record calls the controls by the names of their fields from now on; the names by what calls are asked of.
+SubjectNames NameControls(Driver& driver);
 
 // Usable for as long as this lives, though the panel has disabled it; disabled again afterwards, unless the panel has
 // done so meanwhile. Nothing of that is recorded.
@@ -27,6 +27,8 @@ class ForcedControl {
  private:
   Captivo::CaptionsInspector::Control mControl;
   bool mForced;
+  bool mWasEnabled = true;
+  bool mWasUsable = true;
 };
 
 } // namespace Drive

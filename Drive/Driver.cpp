@@ -57,6 +57,25 @@ Json Failure(const std::string& error) {
   return {{"ok", false}, {"error", error}};
 }
 
+// Whether lists and objects stand in one another so deep that copying or writing them would exhaust the stack.
+bool IsTooDeep(const std::string& line) {
+  constexpr int kDeepest = 500;
+  int depth = 0;
+  bool isText = false;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char c = line[i];
+    if (isText && c == '\\')
+      ++i;
+    else if (c == '"')
+      isText = !isText;
+    else if (!isText && (c == '[' || c == '{') && ++depth > kDeepest)
+      return true;
+    else if (!isText && (c == ']' || c == '}'))
+      --depth;
+  }
+  return false;
+}
+
 Json DescribeItems(const std::vector<UIF::MenuUtils::MenuItem>& items) {
   Json list = Json::array();
   for (const auto& item : items) {
@@ -104,9 +123,12 @@ void AddReports(Json& answer) {
 
 } // namespace
 
-void TraceStore::Collect() {
-  for (auto& call : zebcore::trace::Take())
+void TraceStore::Collect(const SubjectNames& names) {
+  for (auto& call : zebcore::trace::Take()) {
+    if (const auto name = names.find(call.subject); name != names.end())
+      call.args["control"] = name->second;
     Put(std::move(call));
+  }
   while (mWeight > kTraceBudget && mCalls.size() > 1) {
     mWeight -= Weigh(mCalls.front());
     mCalls.pop_front();
@@ -193,8 +215,11 @@ std::string Driver::Answer(const std::string& line) {
   Json answer;
   Json id;
   bool hasID = false;
-  Json request = Json::parse(line, nullptr, false);
-  if (request.is_discarded()) {
+  const bool isTooDeep = IsTooDeep(line);
+  Json request = isTooDeep ? Json() : Json::parse(line, nullptr, false);
+  if (isTooDeep) {
+    answer = Failure("the line has too many lists and objects in one another");
+  } else if (request.is_discarded()) {
     answer = Failure("the line is not JSON");
   } else if (!request.is_object()) {
     answer = Failure("a request must be a JSON object");
@@ -205,9 +230,8 @@ std::string Driver::Answer(const std::string& line) {
     answer = Obey(request);
   }
   Settle();
-  NameControls(*this);
+  trace.Collect(NameControls(*this));
   AddReports(answer);
-  trace.Collect();
   if (hasID)
     answer["id"] = std::move(id);
   return answer.dump(-1, ' ', false, Json::error_handler_t::replace);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "App/Session.h"
@@ -26,11 +27,15 @@ namespace Drive {
 
 class PanelWindow;
 
+// The names of what calls are asked of.
+using SubjectNames = std::unordered_map<const void*, std::string>;
+
 // The calls that were recorded and nobody has asked for yet. Bounded: a script that never asks loses the oldest ones.
 class TraceStore {
  public:
-  // Moves what the host has recorded since the last time in here.
-  void Collect();
+  // Moves what the host has recorded since the last time in here. What was recorded of a control before it was known by
+  // its name, while the panel was made for instance, gets that name now.
+  void Collect(const SubjectNames& names = {});
   // All calls, oldest first; the store is empty afterwards.
   std::vector<zebcore::trace::Call> Take();
   // A call that somebody took out of the host's record, back behind the others.

@@ -118,12 +118,12 @@ zebmediatypes::TickTime Fields::Time(const char* name) const {
 
 zebmediatypes::FrameRate Fields::Rate(const char* name) const {
   const Json& value = Get(name);
-  if (const auto ticks = AsInteger(value))
+  if (const auto ticks = AsInteger(value); ticks && *ticks > 0)
     return zebmediatypes::FrameRate(*ticks);
   const auto numerator = value.is_array() && value.size() == 2 ? AsInteger(value[0]) : std::nullopt;
   const auto denominator = numerator ? AsInteger(value[1]) : std::nullopt;
   if (!denominator || *numerator <= 0 || *denominator <= 0)
-    Refuse(name, "must be [numerator, denominator] in frames a second, both above 0, or ticks a frame");
+    Refuse(name, "must be [numerator, denominator] in frames a second, or ticks a frame, all above 0");
   return zebmediatypes::FrameRate::FromRational(*numerator, *denominator);
 }
 

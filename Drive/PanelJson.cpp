@@ -99,7 +99,7 @@ Json DescribeFormat(zebcaptioning::CaptionFormatInfo& info) {
       {"edge_opacity",
        Read([&](bool& uniform) { return FromFloat(info.GetOpacity(Color::kColorType_Edge, uniform)); })},
       {"alignment", Read([&](bool& uniform) { return Json(static_cast<int>(info.GetTextAlignment(uniform))); })},
-      {"anchor", Attribute(info.GetAnchorID(), info.GetAnchorID() != 9)},
+      {"anchor", Attribute(info.GetAnchorID(), info.IsAnchorUniform())},
       {"x", Read([&](bool& uniform) { return Json(info.GetPositionX(uniform)); })},
       {"y", Read([&](bool& uniform) { return Json(info.GetPositionY(uniform)); })},
       {"region", Read([&](bool& uniform) { return FromText(info.GetRegionName(uniform)); })},

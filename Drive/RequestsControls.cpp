@@ -83,6 +83,10 @@ void SetText(const Fields& fields, controls::UI_TextEdit& edit) {
 
 void SetNumber(const Fields& fields, controls::UI_HotTextNumber& number) {
   const double value = fields.Number("value");
+  if (std::isnan(value))
+    fields.Refuse("value", "nobody can enter what is no number");
+  if (!(number.GetMinValue() <= number.GetMaxValue()))
+    fields.Refuse("value", "the limits of the control let no number in");
   const std::vector<int> phases = GetPhases(fields);
   if (!phases.empty())
     number.Enter(value, static_cast<zebui::ui::UI_InteractiveControlChangedMessage::ChangeMessage>(
@@ -99,7 +103,19 @@ void SetPopup(const Fields& fields, controls::UI_Popup& popup) {
     }
     fields.Refuse("value", "the popup has no item of that text");
   }
-  popup.Choose(fields.Integer("value", 0, std::max<std::int64_t>(0, popup.Size() - 1)));
+  if (popup.Size() == 0)
+    fields.Refuse("value", "the popup has no items");
+  popup.Choose(fields.Integer("value", 0, popup.Size() - 1));
+}
+
+// [-1, -1] is no cell, which a grid can stand at though nobody can choose it by hand.
+void SetGrid(const Fields& fields, controls::UI_PositionGridControl& grid) {
+  constexpr int kLast = 2;
+  const auto [column, row] = fields.Pair("value");
+  const bool isCell = column >= 0 && column <= kLast && row >= 0 && row <= kLast;
+  if (!isCell && (column != -1 || row != -1))
+    fields.Refuse("value", "must be a column and a row from 0 to 2, or [-1, -1]");
+  grid.Choose({column, row});
 }
 
 bool SetNode(const Fields& fields, UI_Node& node) {
@@ -111,8 +127,7 @@ bool SetNode(const Fields& fields, UI_Node& node) {
   } else if (auto* popup = dynamic_cast<controls::UI_Popup*>(&node)) {
     SetPopup(fields, *popup);
   } else if (auto* grid = dynamic_cast<controls::UI_PositionGridControl*>(&node)) {
-    const auto [column, row] = fields.Pair("value");
-    grid->Choose({column, row});
+    SetGrid(fields, *grid);
   } else {
     return false;
   }
@@ -249,6 +264,9 @@ Json UsePicker(Driver& driver, const Fields& fields) {
     std::optional<UIF::Color> color;
     if (fields.Has("color"))
       color = ReadColor(fields, "color");
+    const bool clicks = fields.Flag("swatch", false);
+    if (!color && !clicks && eyedropper.empty())
+      fields.Refuse("color", "give color, swatch or eyedropper");
     Guard("ColorPickerControl", [&] {
       if (eyedropper == "start")
         picker.StartEyedropper();
@@ -256,7 +274,7 @@ Json UsePicker(Driver& driver, const Fields& fields) {
         picker.EndEyedropper(color ? &*color : nullptr);
       else if (color)
         picker.SetColor(*color, true);
-      if (fields.Flag("swatch", false))
+      if (clicks)
         picker.ClickSwatch();
     });
     return DescribeControl(control);

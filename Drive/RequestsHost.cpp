@@ -68,8 +68,10 @@ Json SetPreference(Driver&, const Fields& fields) {
   } else if (fields.Get(field).is_boolean()) {
     store->Write(key.c_str(), BE::SerializeableValue<bool>(BE::kSerializeableType_Bool, fields.Flag(field)));
   } else if (fields.Get(field).is_array() || key == BE::kPrefsStillImagesDefaultFramerate) {
-    store->Write(key.c_str(),
-                 BE::SerializeableValue<zebmediatypes::FrameRate>(BE::kSerializeableType_Int64, fields.Rate(field)));
+    // What is stored is stored, be it no rate at all.
+    const bool isRational = fields.Get(field).is_array();
+    const auto rate = isRational ? fields.Rate(field) : zebmediatypes::FrameRate(fields.Time(field).GetTicks());
+    store->Write(key.c_str(), BE::SerializeableValue<zebmediatypes::FrameRate>(BE::kSerializeableType_Int64, rate));
   } else {
     store->Write(key.c_str(),
                  BE::SerializeableValue<std::int64_t>(BE::kSerializeableType_Int64, fields.Time(field).GetTicks()));

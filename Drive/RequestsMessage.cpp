@@ -337,6 +337,7 @@ ImmutableString FindStation(const std::string& name) {
       {"kBackendProjectActivationStationID", BE::kBackendProjectActivationStationID},
       {"kStation_CaptionSelection", HSL::kStation_CaptionSelection},
       {"kStation_SourceTimeDisplayChanged", UIF::kStation_SourceTimeDisplayChanged},
+      {"kStation_SequenceTimeDisplayChanged", UIF::kStation_SequenceTimeDisplayChanged},
   };
   const std::size_t space = name.rfind("::");
   const auto found = constants.find(space == std::string::npos ? name : name.substr(space + 2));
@@ -359,11 +360,42 @@ ImmutableString FindSender(Driver& driver, const std::string& name) {
   return {};
 }
 
+// An entry of a list of captions or ranges may be its begin time alone, or a pair of its stream and that.
+Json SpellEntry(const Json& entry) {
+  if (entry.is_number())
+    return {{"begin", entry}};
+  if (entry.is_array() && entry.size() == 2)
+    return {{"stream", entry[0]}, {entry[1].is_object() ? "caption" : "begin", entry[1]}};
+  return entry;
+}
+
+// Entries that name no stream mean that of the message, else that on whose station it is sent.
+Json SpellEntries(Json values, const std::string& station) {
+  constexpr std::string_view kStream = "stream:";
+  Json stream;
+  if (values.contains("stream"))
+    stream = values.at("stream");
+  else if (station.compare(0, kStream.size(), kStream) == 0)
+    stream = station.substr(kStream.size());
+  for (const char* name : {"captions", "ranges"}) {
+    if (!values.contains(name) || !values.at(name).is_array())
+      continue;
+    for (Json& entry : values.at(name)) {
+      entry = SpellEntry(entry);
+      if (entry.is_object() && !entry.contains("stream"))
+        entry["stream"] = stream;
+    }
+  }
+  return values;
+}
+
 Json Send(Driver& driver, const Fields& fields) {
   const std::string name = fields.Text("message");
   const MessageClass* const known = FindClass(name);
-  const Json none = Json::object();
-  const Fields values = fields.Has("fields") ? fields.Object("fields") : Fields(none, "fields.");
+  const Json spelled = fields.Has("fields")
+                           ? SpellEntries(fields.Object("fields").GetJson(), fields.Text("station", ""))
+                           : Json::object();
+  const Fields values(spelled, "fields.");
   const MessagePtr message =
       known ? known->make(driver, values)
             : std::make_unique<UnknownMessage>(zebcore::messaging::HashMessageTypeNameToMessageID(name.c_str()));

@@ -60,12 +60,12 @@ Json ClosePanel(Driver& driver, const Fields&) {
 }
 
 Json ShowPanel(Driver& driver, const Fields& fields) {
-  driver.CreatedView().Show(fields.Flag("on"));
+  driver.CreatedView().Show(fields.Flag("on", true));
   return Json::object();
 }
 
 Json SetFront(Driver& driver, const Fields& fields) {
-  const bool on = fields.Flag("on");
+  const bool on = fields.Flag("on", true);
   UIF::TabView& view = driver.CreatedView();
   if (on)
     view.BringToFront(true, false);
@@ -75,7 +75,7 @@ Json SetFront(Driver& driver, const Fields& fields) {
 
 Json SetDuty(Driver& driver, const Fields& fields) {
   UIF::TabView& view = driver.CreatedView();
-  UIF::SetTabViewOnDuty(fields.Flag("on") ? &view : nullptr);
+  UIF::SetTabViewOnDuty(fields.Flag("on", true) ? &view : nullptr);
   return {{"on_duty", view.IsOnDuty()}};
 }
 

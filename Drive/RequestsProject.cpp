@@ -97,12 +97,12 @@ Json CloseProject(Driver& driver, const Fields&) {
 }
 
 Json SetReadOnly(Driver& driver, const Fields& fields) {
-  driver.Project()->SetReadOnly(fields.Flag("on"));
+  driver.Project()->SetReadOnly(fields.Flag("on", true));
   return Json::object();
 }
 
 Json SetNoProject(Driver& driver, const Fields& fields) {
-  if (fields.Flag("on"))
+  if (fields.Flag("on", true))
     MZ::SetActiveProject(nullptr);
   else
     MZ::SetActiveProject(driver.Project());
@@ -129,6 +129,8 @@ BE::MediaInfo ReadMedia(const Fields& fields) {
   }
   info.frameRate = fields.Has("frame_rate") ? fields.Rate("frame_rate") : zebmediatypes::kFrameRate_25;
   info.duration = fields.Has("duration") ? fields.Time("duration") : zebmediatypes::TickTime(kDefaultDuration);
+  if (info.duration < zebmediatypes::kTime_Zero)
+    fields.Refuse("duration", "must not be below 0");
   info.dropFrame = fields.Flag("drop_frame", false);
   if (fields.Has("media_offset"))
     info.start = fields.Time("media_offset");
@@ -160,7 +162,8 @@ Json AddClip(Driver& driver, const Fields& fields) {
   }
   const std::string path = fields.Text("path");
   const bool asItIs = !fields.Flag("merged", false) && !fields.Has("media_offset");
-  const auto clip = asItIs ? ExpectOfPath(fields, driver.Session().ImportMedia(path)) : AddMedia(driver, fields, path);
+  const auto clip = asItIs ? ExpectOfPath(fields, driver.Session().ImportMedia(path, {}, fields.Text("name", "")))
+                           : AddMedia(driver, fields, path);
   return {{"clip", clip->GetID()}, {"name", FromText(clip->GetName())}, {"streams", TellStreams(clip)}};
 }
 
@@ -187,8 +190,11 @@ Json AddStream(Driver& driver, const Fields& fields) {
   description.regions = ReadRegions(fields);
   if (fields.Has("styles"))
     description.styles = fields.Texts("styles");
-  const auto stream =
-      Expect(driver.Project()->AddStream(clip, description, ReadCaptions(fields, "captions"), u"Add caption stream"));
+  const auto captions = ReadCaptions(fields, "captions");
+  const auto result = driver.Project()->AddStream(clip, description, captions, u"Add caption stream");
+  if (!result && !driver.Project()->IsReadOnly())
+    fields.Refuse("format", result.problem.text);
+  const auto stream = Expect(result);
   return {{"stream", stream->GetID()}, {"stream_format", stream->GetStreamFormat()}};
 }
 

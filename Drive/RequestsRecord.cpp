@@ -36,7 +36,7 @@ Json OpenWingMenu(Driver& driver, const Fields&) {
 }
 
 Json SetModal(Driver& driver, const Fields& fields) {
-  const bool on = fields.Flag("on");
+  const bool on = fields.Flag("on", true);
   if (on == driver.modal)
     return Json::object();
   driver.modal = on;

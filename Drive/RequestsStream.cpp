@@ -82,7 +82,7 @@ Json ChangeFormat(Driver& driver, const Fields& fields) {
 
 Json SetBusy(Driver& driver, const Fields& fields) {
   const auto stream = driver.Stream(fields);
-  const bool on = fields.Flag("on");
+  const bool on = fields.Flag("on", true);
   // One job of the script's a stream, besides those that the host has of its own.
   const bool changes =
       on ? driver.busyStreams.insert(stream->GetID()).second : driver.busyStreams.erase(stream->GetID()) != 0;
