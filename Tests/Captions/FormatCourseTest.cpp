@@ -1,11 +1,6 @@
-#include <optional>
-#include <random>
-#include <set>
+#include "FormatCourse.h"
 
-#include "Captions/contracts/TextSpanAttributes.h"
-#include "FormatBar.h"
-
-// Random courses of selecting and formatting, held against a model that knows no runs: a look for each unit of a text.
+// Courses through what all formats have in common, and through sizes, heights and types.
 namespace Captivo::Testing {
 
 namespace {
@@ -17,30 +12,6 @@ using zebcaptioning::TextSpanAttributes;
 using Style = TextSpanAttributes;
 
 constexpr StreamFormat kAustralianPage1 = 0x41555331; // "AUS1"
-
-struct ModelCaption {
-  std::vector<Style> units; // the one of an empty text, too
-  bool isEmpty = false;
-  std::optional<std::pair<std::size_t, Style>> typing;
-  ParagraphStyleAttributes paragraph;
-
-  explicit ModelCaption(const CaptionState& state) : isEmpty(state.text.empty()), paragraph(state.paragraph) {
-    for (std::size_t i = 0; i < std::max<std::size_t>(state.text.size(), 1); ++i) {
-      std::size_t run = 0;
-      while (run + 1 < state.runs.size() && state.runs[run + 1].start <= i)
-        ++run;
-      units.push_back(*state.runs[run].attributes);
-    }
-    if (state.typing)
-      typing = {state.typingAt, *state.typing};
-  }
-  std::size_t Length() const { return isEmpty ? 0 : units.size(); }
-  Style TypedAt(std::size_t at) const {
-    if (typing && typing->first == at)
-      return typing->second;
-    return units[at > 0 ? at - 1 : 0];
-  }
-};
 
 // What the captions of a format can take, told once more.
 struct Abilities {
@@ -61,19 +32,8 @@ const Abilities kFormats[] = {
     {kOpenTrack1, true, true, true, false, 0},
 };
 
-// One attribute over everything selected: the first source's value, and whether all agree.
-template <class Get> auto Merge(const std::vector<Style>& looks, Get get) {
-  bool isUniform = true;
-  for (const Style& look : looks)
-    isUniform = isUniform && get(look) == get(looks.front());
-  return std::make_pair(get(looks.front()), isUniform);
-}
-
-class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Abilities> {
+class FormatCourse : public CourseTest, public testing::WithParamInterface<Abilities> {
  protected:
-  int Random(int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); }
-  static double Begin(std::size_t index) { return 2.0 * static_cast<double>(index) + 1; }
-
   Style RandomLook() {
     Style look;
     look.italic = format.italicAndUnderline && Random(2) == 0;
@@ -87,7 +47,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
       look.textColor = {0, 1, 0, 1};
     return look;
   }
-  void ShowRandomCaptions() {
+  void ShowRandomCaptions() override {
     std::vector<boost::intrusive_ptr<Caption>> captions;
     for (std::size_t i = 0; i < 3; ++i) {
       const auto length = static_cast<std::size_t>(Random(7));
@@ -108,96 +68,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
       captions.push_back(MakeLook(Begin(i), text, proper, paragraph));
     }
     ShowStream(format.format, captions);
-    model.clear();
-    for (std::size_t i = 0; i < 3; ++i)
-      model.emplace_back(Stored(Begin(i)));
-    Click(Begin(0));
-    Pane().PublishSelectionFormat();
-    selected = {0};
-    part.reset();
-  }
-
-  // --- Selecting
-
-  void SelectAtRandom() {
-    const auto row = static_cast<std::size_t>(Random(3));
-    part.reset();
-    Pane().SetFocus();
-    switch (Random(6)) {
-    case 0:
-      if (selected.empty())
-        Click(Begin(row)); // selecting all opens no control that was closed for want of a selection
-      Pane().SelectAllCaptions();
-      selected = {0, 1, 2};
-      return;
-    case 1:
-      SelectNothing();
-      selected.clear();
-      return;
-    case 2:
-      Click(Begin(row));
-      Click(Begin((row + 1) % 3), 4);
-      selected = {row, (row + 1) % 3};
-      return;
-    case 3:
-      Click(Begin(row));
-      // A click on the row that was selected anyway publishes nothing, though it means the whole text from now on.
-      Pane().PublishSelectionFormat();
-      selected = {row};
-      return;
-    default:
-      Click(Begin(row));
-      selected = {row};
-      std::size_t a = static_cast<std::size_t>(Random(static_cast<int>(model[row].Length()) + 1));
-      std::size_t b = static_cast<std::size_t>(Random(static_cast<int>(model[row].Length()) + 1));
-      part = {std::min(a, b), std::max(a, b)};
-      SelectPart(Begin(row), *part);
-    }
-  }
-
-  // --- The model's own formatting
-
-  template <class Change> void ChangeLooks(Change change) {
-    for (const std::size_t index : selected) {
-      ModelCaption& caption = model[index];
-      const TextRange range = part.value_or(TextRange(0, caption.Length()));
-      if (part && range.first == range.second) {
-        const Style before = caption.TypedAt(range.first);
-        Style after = before;
-        change(after);
-        if (!(after == before))
-          caption.typing = {range.first, after};
-        continue;
-      }
-      if (caption.isEmpty)
-        caption.units[0] = caption.TypedAt(0);
-      caption.typing.reset();
-      for (std::size_t at = range.first; at < std::max<std::size_t>(range.second, 1); ++at)
-        change(caption.units[at]);
-    }
-  }
-  std::vector<Style> SelectedLooks() const {
-    if (selected.empty())
-      return {Style()};
-    std::vector<Style> looks;
-    for (const std::size_t index : selected) {
-      const ModelCaption& caption = model[index];
-      const TextRange range = part.value_or(TextRange(0, caption.Length()));
-      if (range.first == range.second)
-        looks.push_back(caption.TypedAt(range.first));
-      else
-        looks.insert(looks.end(), caption.units.begin() + static_cast<std::ptrdiff_t>(range.first),
-                     caption.units.begin() + static_cast<std::ptrdiff_t>(range.second));
-    }
-    return looks;
-  }
-  template <class Get> auto MergeParagraphs(Get get) const {
-    const ParagraphStyleAttributes none;
-    bool isUniform = true;
-    const auto first = get(selected.empty() ? none : model[*selected.begin()].paragraph);
-    for (const std::size_t index : selected)
-      isUniform = isUniform && get(model[index].paragraph) == first;
-    return std::make_pair(first, isUniform);
+    BeginModel();
   }
 
   // --- Formatting
@@ -218,7 +89,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
       ChangeLooks([&](Style& look) { (isBackground ? look.backgroundColor : look.textColor) = color; });
   }
 
-  void FormatAtRandom() {
+  void FormatAtRandom() override {
     const auto looks = SelectedLooks();
     switch (Random(format.isOpen ? 10 : 7)) {
     case 0: {
@@ -304,7 +175,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
 
   // --- Comparing
 
-  void ExpectStored() {
+  void ExpectStored() override {
     for (std::size_t i = 0; i < model.size(); ++i) {
       const ModelCaption stored(Stored(Begin(i)));
       EXPECT_EQ(stored.units, model[i].units) << "caption " << i;
@@ -320,7 +191,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
       EXPECT_EQ(control.GetValue(), static_cast<double>(merged.first));
     }
   }
-  void ExpectBar() {
+  void ExpectBar() override {
     const std::vector<Style> looks = SelectedLooks();
     EXPECT_EQ(Inspector::ItalicButton(View()).GetValue(), looks.front().italic);
     EXPECT_EQ(Inspector::UnderlineButton(View()).GetValue(), looks.front().underline);
@@ -358,26 +229,7 @@ class FormatCourse : public FormatBarTest, public testing::WithParamInterface<Ab
       EXPECT_EQ(popup.GetValueString(), u"Multiple");
     }
   }
-  std::vector<zebcaptioning::CaptionStatePtr> States() {
-    std::vector<zebcaptioning::CaptionStatePtr> states;
-    for (std::size_t i = 0; i < model.size(); ++i)
-      states.push_back(stream->FindByBegin(Seconds(Begin(i)))->GetState());
-    return states;
-  }
-  // The style of what is typed next is no part of a step.
-  void ExpectStates(const std::vector<zebcaptioning::CaptionStatePtr>& states) {
-    const auto now = States();
-    for (std::size_t i = 0; i < states.size(); ++i) {
-      EXPECT_EQ(now[i]->runs, states[i]->runs) << "caption " << i;
-      EXPECT_EQ(now[i]->paragraph, states[i]->paragraph) << "caption " << i;
-    }
-  }
-
   const Abilities& format = GetParam();
-  std::mt19937 random;
-  std::vector<ModelCaption> model;
-  std::set<std::size_t> selected;
-  std::optional<TextRange> part; // of the only selected one's text, which has the focus
 };
 
 std::string NameOfFormat(const testing::TestParamInfo<Abilities>& info) {
@@ -388,45 +240,7 @@ std::string NameOfFormat(const testing::TestParamInfo<Abilities>& info) {
 } // namespace
 
 TEST_P(FormatCourse, LeavesCaptionsAndBarAsAModelOfSingleCharactersHasThemAndUndoesExactly) {
-  constexpr int kCourses = 30;
-  constexpr int kSteps = 30;
-  for (int course = 0; course < kCourses; ++course) {
-    SCOPED_TRACE("course " + std::to_string(course));
-    random.seed(static_cast<unsigned>(course));
-    ShowRandomCaptions();
-    const auto before = States();
-    const auto undoBefore = project->GetUndoNames().size();
-    std::vector<std::vector<zebcaptioning::CaptionStatePtr>> committed{before};
-    for (int step = 0; step < kSteps; ++step) {
-      SCOPED_TRACE("step " + std::to_string(step));
-      if (Random(3) == 0)
-        SelectAtRandom();
-      else
-        FormatAtRandom();
-      ExpectStored();
-      ExpectBar();
-      if (HasFailure())
-        return;
-      const auto steps = project->GetUndoNames().size() - undoBefore;
-      if (steps >= committed.size())
-        committed.push_back(States());
-    }
-    Pane().CommitChanges();
-    if (project->GetUndoNames().size() - undoBefore >= committed.size())
-      committed.push_back(States());
-    ASSERT_EQ(project->GetUndoNames().size() - undoBefore, committed.size() - 1);
-    for (std::size_t step = committed.size() - 1; step > 0; --step) {
-      ASSERT_TRUE(project->Undo());
-      ExpectStates(committed[step - 1]);
-    }
-    for (std::size_t step = 1; step < committed.size(); ++step) {
-      ASSERT_TRUE(project->Redo());
-      ExpectStates(committed[step]);
-    }
-    if (HasFailure())
-      return;
-    Pane().SetFocus(); // a caret in a text would put the next clip off
-  }
+  RunCourses(30, 30);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, FormatCourse, testing::ValuesIn(kFormats), &NameOfFormat);
