@@ -4,14 +4,19 @@
 
 #include <QInputMethodEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextDocument>
+
+#include "zebui/ControlWidget.h"
 
 namespace zebui::controls {
 
 namespace {
 
+// Wide enough for the ring around what has the focus.
+constexpr int kFrameWidth = 2;
 constexpr Qt::KeyboardModifiers kCommandModifiers = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
 
 bool Types(const QKeyEvent& event) {
@@ -31,6 +36,17 @@ bool IsEnter(const QKeyEvent& event) {
   return (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) && !(event.modifiers() & kCommandModifiers);
 }
 
+bool Removes(const QKeyEvent& event) {
+  static constexpr QKeySequence::StandardKey kRemoving[] = {QKeySequence::Cut,
+                                                            QKeySequence::Delete,
+                                                            QKeySequence::DeleteStartOfWord,
+                                                            QKeySequence::DeleteEndOfWord,
+                                                            QKeySequence::DeleteEndOfLine,
+                                                            QKeySequence::DeleteCompleteLine};
+  return event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete ||
+         std::ranges::any_of(kRemoving, [&](QKeySequence::StandardKey key) { return event.matches(key); });
+}
+
 bool IsTab(const QKeyEvent& event) {
   return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
 }
@@ -43,6 +59,8 @@ TextWidget::TextWidget(const Owner& owner, Qt::Alignment alignment, QWidget* par
   setUndoRedoEnabled(false);
   setTabChangesFocus(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFrameStyle(QFrame::Box | QFrame::Plain);
+  setLineWidth(kFrameWidth);
   QTextOption option = document()->defaultTextOption();
   option.setAlignment(alignment);
   option.setWrapMode(owner.severalLines ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
@@ -51,7 +69,7 @@ TextWidget::TextWidget(const Owner& owner, Qt::Alignment alignment, QWidget* par
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     document()->setDocumentMargin(1);
   } else {
-    document()->setDocumentMargin(3);
+    document()->setDocumentMargin(2);
   }
   connect(document(), &QTextDocument::contentsChange, this, &TextWidget::FollowEdit);
 }
@@ -143,13 +161,24 @@ bool TextWidget::RunDefaultKey(const QKeyEvent& event) {
   // The host's undo, not the toolkit's.
   if (event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo))
     return false;
+  if (Removes(event) && !BeginEdit())
+    return true;
   QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text(), event.isAutoRepeat(),
                  static_cast<quint16>(event.count()));
   QTextEdit::keyPressEvent(&copy);
   return copy.isAccepted();
 }
 
+bool TextWidget::BeginEdit() {
+  const auto editing = mOwner.editing;
+  if (editing)
+    editing();
+  return mOwner.node != nullptr;
+}
+
 void TextWidget::InsertShown(const QString& text) {
+  if (!BeginEdit())
+    return;
   QTextCursor cursor = textCursor();
   cursor.insertText(text);
   // The change may have taken the node away, or the caret elsewhere.
@@ -159,10 +188,37 @@ void TextWidget::InsertShown(const QString& text) {
 
 bool TextWidget::event(QEvent* event) {
   const toolkit::EventScope scope;
+  if (event->type() == QEvent::Paint && frameShape() != NoFrame) {
+    PaintRim();
+    return true;
+  }
   // Before QWidget takes Tab for itself and before the toolkit's own idea of editing shortcuts.
   if (mOwner.node && toolkit::DispatchKeyEvent(*mOwner.node, *event))
     return true;
   return QTextEdit::event(event);
+}
+
+// The area around the text; the text is painted by the toolkit.
+void TextWidget::PaintRim() {
+  QPainter painter(this);
+  const auto group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+  painter.fillRect(rect(), palette().color(group, QPalette::Base));
+  if (toolkit::GetFocusWidget() == this) {
+    PaintFocusRing(painter, rect(), palette());
+    return;
+  }
+  painter.setPen(palette().color(group, QPalette::Mid));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void TextWidget::focusInEvent(QFocusEvent* event) {
+  QTextEdit::focusInEvent(event);
+  update();
+}
+
+void TextWidget::focusOutEvent(QFocusEvent* event) {
+  QTextEdit::focusOutEvent(event);
+  update();
 }
 
 bool TextWidget::viewportEvent(QEvent* event) {
@@ -172,6 +228,9 @@ bool TextWidget::viewportEvent(QEvent* event) {
 
 void TextWidget::inputMethodEvent(QInputMethodEvent* event) {
   const toolkit::WidgetScope scope;
+  const bool changes = !event->commitString().isEmpty() || event->replacementLength() > 0;
+  if (changes && !BeginEdit())
+    return;
   QTextEdit::inputMethodEvent(event);
 }
 

@@ -18,6 +18,8 @@ class TextWidget : public QTextEdit {
     bool severalLines = true;
     // After the text on screen changed and the kept text followed it.
     std::function<void()> edited;
+    // Before a person changes it; the node may go in there.
+    std::function<void()> editing;
   };
 
   TextWidget(const Owner& owner, Qt::Alignment alignment, QWidget* parent);
@@ -32,6 +34,8 @@ class TextWidget : public QTextEdit {
   // True for a key that edits or moves here, and so is no shortcut.
   static bool IsEditingKey(const QKeyEvent& event, bool severalLines);
   void InsertShown(const QString& text);
+  // What a person is about to change is begun. False if there is no node any more.
+  bool BeginEdit();
   // The node goes before the widget does.
   void Orphan() { mOwner = {}; }
 
@@ -39,11 +43,14 @@ class TextWidget : public QTextEdit {
   bool event(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;
   bool canInsertFromMimeData(const QMimeData* source) const override;
   void insertFromMimeData(const QMimeData* source) override;
 
  private:
+  void PaintRim();
   void FollowEdit(int position, int removed, int added);
 
   Owner mOwner;
