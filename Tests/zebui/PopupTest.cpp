@@ -328,6 +328,17 @@ TEST_F(Popup, RecommendsRoomForItsWidestItemWhateverIsOnShow) {
   EXPECT_EQ(width(), before);
 }
 
+TEST_F(Popup, LooksLikeAListAlsoWithoutItems) {
+  const QImage nothing = [this] {
+    popup->SetValueString(u" ", false, true);
+    return Widget()->grab().toImage();
+  }();
+  popup->DeleteAllItems();
+  EXPECT_GE(popup->Impl().recommend().x, 80.0F);
+  EXPECT_EQ(popup->GetValueString(), u"");
+  EXPECT_NE(Widget()->grab().toImage(), nothing) << "a dash says that there is nothing to choose";
+}
+
 TEST_F(Popup, RecommendsMoreRoomInALargerFont) {
   const float before = popup->Impl().recommend().x;
   QFont font = Widget()->font();
