@@ -131,9 +131,12 @@ void TimelineView::PaintRuler(QPainter& painter) const {
     painter.drawLine(x, kRulerHeight - (isMajor ? 9 : 5), x, kRulerHeight - 2);
     if (!isMajor)
       continue;
+    // Whole or not at all, at the right edge too.
+    const QString label = WriteTime(TickTime(at));
+    if (x + 3 + painter.fontMetrics().horizontalAdvance(label) > ruler.right())
+      continue;
     painter.setPen(ink);
-    painter.drawText(QRect(x + 3, 1, labelWidth, kRulerHeight - 8), Qt::AlignLeft | Qt::AlignVCenter,
-                     WriteTime(TickTime(at)));
+    painter.drawText(QRect(x + 3, 1, labelWidth, kRulerHeight - 8), Qt::AlignLeft | Qt::AlignVCenter, label);
   }
   painter.setClipping(false);
   painter.setFont(font());
