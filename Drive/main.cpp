@@ -11,13 +11,15 @@
 #include <QApplication>
 
 #include "Drive/Driver.h"
+#include "UIF/Theme.h"
 #include "zebcore/Clock.h"
 
 namespace {
 
-constexpr const char* kUsage = "Usage: captivo-drive [--show]\n\n"
+constexpr const char* kUsage = "Usage: captivo-drive [--show] [--dark]\n\n"
                                "Reads requests as JSON objects, one a line, from standard input and answers each by\n"
-                               "one on standard output. --show opens the panel's window on the display.\n";
+                               "one on standard output. --show opens the panel's window on the display; --dark\n"
+                               "dresses it in the dark theme.\n";
 constexpr int kBreathMilliseconds = 15;
 
 // Lines of standard input. While none has come yet, the window goes on living.
@@ -70,23 +72,43 @@ class Lines {
   std::size_t mSearched = 0;
 };
 
+// The toolkit gives up with a core dump where it finds none.
+bool HasDisplay() {
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    const char* const value = std::getenv(name);
+    if (value && *value)
+      return true;
+  }
+  return false;
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
   bool show = false;
+  UIF::Theme theme = UIF::Theme::Light;
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "--show") == 0) {
       show = true;
+    } else if (std::strcmp(argv[i], "--dark") == 0) {
+      theme = UIF::Theme::Dark;
     } else {
       std::fputs(kUsage, std::strcmp(argv[i], "--help") == 0 ? stdout : stderr);
       return std::strcmp(argv[i], "--help") == 0 ? 0 : 2;
     }
   }
-  if (!show)
+  if (!show) {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  } else if (!HasDisplay()) {
+    std::fputs("captivo-drive: there is no display to show the panel on; it runs without one if --show is left out\n",
+               stderr);
+    return 2;
+  }
   QApplication application(argc, argv);
   QApplication::setApplicationName("captivo-drive");
   QApplication::setQuitOnLastWindowClosed(false);
+  // Its pictures show what the desktop program shows.
+  UIF::ApplyTheme(theme);
   zebcore::Clock::Instance().UseManual();
 
   Drive::Driver driver;
