@@ -64,17 +64,19 @@ ExportSettingsWindow::ExportSettingsWindow(QWidget* parent, BE::FrameRate clipRa
   form->addRow(Label("$$$/Vidra/DLG/ExportSettings/Start=Start timecode"), start);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(form);
+  mMessage = new MessageLine;
+  layout->addWidget(mMessage);
   auto* buttons = MakeButtons(*this, [this] { Set({}); });
-  for (QAbstractButton* button : buttons->buttons()) {
-    if (buttons->buttonRole(button) == QDialogButtonBox::AcceptRole)
-      mAccept = static_cast<QPushButton*>(button);
-  }
+  mAccept = AcceptButton(*buttons);
   layout->addWidget(buttons);
 
   mRate->WhenChanged([this] { Follow(); });
   QObject::connect(mStreams, &QComboBox::currentIndexChanged, this, [this] { Follow(); });
   QObject::connect(mHasStart, &QCheckBox::toggled, this, [this] { Follow(); });
-  QObject::connect(mLanguage, &QComboBox::editTextChanged, this, [this] { Follow(); });
+  QObject::connect(mLanguage, &QComboBox::editTextChanged, this, [this] { Check(); });
+  QObject::connect(mFormat, &QComboBox::currentIndexChanged, this, [this] { Check(); });
+  QObject::connect(mEncoding, &QComboBox::currentIndexChanged, this, [this] { Check(); });
+  mStart->WhenChanged([this] { Check(); });
   Set({});
 }
 
@@ -83,13 +85,36 @@ void ExportSettingsWindow::Follow() {
   mStart->SetRate(rate.IsValid() ? rate : mClipRate, mRate->IsDropFrame());
   mStart->setEnabled(mHasStart->isChecked());
   mStream->setEnabled(mStreams->Get<BE::ExportedStreams>() == BE::ExportedStreams::One && mStream->count() > 0);
+  Check();
+}
+
+// The first thing that keeps the settings from being taken; empty if they can be.
+QString ExportSettingsWindow::FindWrong() const {
+  if (!mLanguage->currentText().isEmpty() && Get().language.empty())
+    return Label("$$$/Vidra/DLG/ExportSettings/BadLanguage=Give a language as its code, for instance en or pt-BR.");
+  if (mStreams->Get<BE::ExportedStreams>() == BE::ExportedStreams::One && mStream->count() == 0)
+    return Label("$$$/Vidra/DLG/ExportSettings/NoStreams=No clip of the project has captions yet that could always be "
+                 "exported. Choose another setting for the caption streams.");
+  if (mHasStart->isChecked() && !mStart->IsTime())
+    return Label("$$$/Vidra/DLG/ExportSettings/BadStart=The start timecode is not a timecode. Give it as hours, "
+                 "minutes, seconds and frames, for instance 01:00:00:00.");
+  return {};
+}
+
+void ExportSettingsWindow::Check() {
   const QString language = mLanguage->currentText();
   const bool isLanguage = language.isEmpty() || !Get().language.empty();
-  mLanguage->setToolTip(isLanguage ? QString()
-                                   : Label("$$$/Vidra/DLG/ExportSettings/BadLanguage=Give a language as its code, for "
-                                           "instance en or pt-BR."));
-  mLanguage->setStyleSheet(isLanguage ? QString() : QStringLiteral("QComboBox { border: 2px solid #d13438; }"));
-  mAccept->setEnabled(isLanguage);
+  const QString wrong = FindWrong();
+  MarkWrong(*mLanguage, isLanguage ? QString() : wrong);
+  mAccept->setEnabled(wrong.isEmpty());
+  if (!wrong.isEmpty())
+    mMessage->ShowWrong(wrong);
+  else if (mFormat->Get<BE::SidecarFormat>() == BE::SidecarFormat::WebVTT &&
+           mEncoding->currentIndex() > static_cast<int>(BE::TextEncoding::UTF8))
+    mMessage->ShowNote(Label("$$$/Vidra/DLG/ExportSettings/WebVTTEncoding=Players may refuse WebVTT files that are "
+                             "not plain UTF-8."));
+  else
+    mMessage->ShowNote({});
 }
 
 void ExportSettingsWindow::Set(const BE::CaptionsExportSettings& settings) {

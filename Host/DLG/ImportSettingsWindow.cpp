@@ -43,7 +43,11 @@ ImportSettingsWindow::ImportSettingsWindow(QWidget* parent, BE::FrameRate clipRa
   columns->addLayout(right);
   auto* layout = new QVBoxLayout(this);
   layout->addLayout(columns);
-  layout->addWidget(MakeButtons(*this, [this] { Set({}); }));
+  mMessage = new MessageLine;
+  layout->addWidget(mMessage);
+  auto* buttons = MakeButtons(*this, [this] { Set({}); });
+  mAccept = AcceptButton(*buttons);
+  layout->addWidget(buttons);
   Set({});
 }
 
@@ -89,6 +93,7 @@ void ImportSettingsWindow::BuildTimes(QFormLayout& form) {
   mRate = new FrameRateField;
   mRate->WhenChanged([this] { Follow(); });
   mOffset = new TimeField(true);
+  mOffset->WhenChanged([this] { Check(); });
   mMinimumDuration = new QDoubleSpinBox;
   mMinimumDuration->setRange(0, kLongestMinimum);
   mMinimumDuration->setSingleStep(0.1);
@@ -126,12 +131,21 @@ void ImportSettingsWindow::BuildLines(QFormLayout& form) {
 }
 
 void ImportSettingsWindow::Follow() {
-  if (!mLineCount)
+  if (!mAccept)
     return;
   const BE::FrameRate rate = mRate->GetRate();
   mOffset->SetRate(rate.IsValid() ? rate : mClipRate, mRate->IsDropFrame());
   mLineLength->setEnabled(mLongLines->Get<BE::LongLines>() != BE::LongLines::Keep);
   mLineCount->setEnabled(mLongCaptions->Get<BE::LongCaptions>() != BE::LongCaptions::Keep);
+  Check();
+}
+
+void ImportSettingsWindow::Check() {
+  const bool isTime = mOffset->IsTime();
+  mAccept->setEnabled(isTime);
+  mMessage->ShowWrong(isTime ? QString()
+                             : Label("$$$/Vidra/DLG/ImportSettings/BadOffset=The offset is not a timecode. Give it as "
+                                     "hours, minutes, seconds and frames, for instance 00:00:10:00 or -00:00:02:12."));
 }
 
 void ImportSettingsWindow::Set(const BE::CaptionsImportSettings& settings) {

@@ -48,6 +48,11 @@ UIF::Color ToBytes(const CaptioningColor& color) {
   return UIF::ZEBConversionUtilities::ZEBColorRGBAtoKSLColor({color.red, color.green, color.blue, color.alpha});
 }
 
+// Red that can be read on either theme.
+QColor WrongColor(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128 ? QColor(255, 138, 128) : QColor(179, 38, 30);
+}
+
 QIcon ColorIcon(const UIF::Color& color) {
   QIcon icon;
   for (const int scale : {1, 2}) {
@@ -65,6 +70,41 @@ QIcon ColorIcon(const UIF::Color& color) {
 
 QString Label(std::string_view keyWithDefault) {
   return toolkit::ToQt(zebcore::config::Localizer::Get().Localize(keyWithDefault));
+}
+
+void MarkWrong(QWidget& field, const QString& why) {
+  QPalette palette;
+  if (!why.isEmpty()) {
+    // Of which the style draws frames, without and with the focus.
+    const QColor wrong = WrongColor(palette);
+    palette.setColor(QPalette::Mid, wrong);
+    palette.setColor(QPalette::Link, wrong);
+  }
+  field.setPalette(palette);
+  field.setToolTip(why);
+  field.setAccessibleDescription(why);
+}
+
+MessageLine::MessageLine() {
+  setWordWrap(true);
+  setTextFormat(Qt::PlainText);
+  hide();
+}
+
+void MessageLine::ShowWrong(const QString& text) {
+  QPalette palette;
+  palette.setColor(QPalette::WindowText, WrongColor(palette));
+  Show(text, palette);
+}
+
+void MessageLine::ShowNote(const QString& text) {
+  Show(text, {});
+}
+
+void MessageLine::Show(const QString& text, const QPalette& palette) {
+  setPalette(palette);
+  setText(text);
+  setVisible(!text.isEmpty());
 }
 
 ChoiceField::ChoiceField(std::initializer_list<std::string_view> labels) {
@@ -109,15 +149,21 @@ void FrameRateField::Follow() {
 
 TimeField::TimeField(bool mayBeNegative) : mMayBeNegative(mayBeNegative) {
   SetRate({}, false);
-  QObject::connect(this, &QLineEdit::textEdited, this, [this] {
-    const std::optional<TickTime> time = Parse();
-    if (time)
-      mTime = *time;
-    // Red on either theme, and said by the tool tip too.
-    setStyleSheet(time ? QString() : QStringLiteral("QLineEdit { border: 2px solid #d13438; }"));
-    setToolTip(time ? QString() : Label("$$$/Vidra/DLG/Settings/NoTime=This is not a timecode."));
+  QObject::connect(this, &QLineEdit::textEdited, this, [this] { Follow(); });
+  QObject::connect(this, &QLineEdit::editingFinished, this, [this] {
+    if (mIsTime)
+      Show();
   });
-  QObject::connect(this, &QLineEdit::editingFinished, this, [this] { Show(); });
+}
+
+void TimeField::Follow() {
+  const std::optional<TickTime> time = Parse();
+  mIsTime = time.has_value();
+  if (time)
+    mTime = *time;
+  MarkWrong(*this, mIsTime ? QString() : Label("$$$/Vidra/DLG/Settings/NoTime=This is not a timecode."));
+  if (mChanged)
+    mChanged();
 }
 
 void TimeField::Set(TickTime time) {
@@ -130,8 +176,12 @@ TickTime TimeField::Get() const {
 }
 
 void TimeField::SetRate(FrameRate rate, bool dropFrame) {
-  mRate = rate.IsValid() ? rate : zebmediatypes::kFrameRate_25;
-  mDisplay = zebmediatypes::GetTimecodeDisplay(mRate, dropFrame);
+  const FrameRate counted = rate.IsValid() ? rate : zebmediatypes::kFrameRate_25;
+  const BE::TimeDisplay display = zebmediatypes::GetTimecodeDisplay(counted, dropFrame);
+  if (counted == mRate && display == mDisplay)
+    return;
+  mRate = counted;
+  mDisplay = display;
   Show();
 }
 
@@ -141,8 +191,8 @@ std::optional<TickTime> TimeField::Parse() const {
 }
 
 void TimeField::Show() {
-  setStyleSheet({});
-  setToolTip({});
+  mIsTime = true;
+  MarkWrong(*this, {});
   setText(toolkit::ToQt(zebmediatypes::FormatTime(mTime, mDisplay, mRate)));
 }
 
@@ -211,6 +261,14 @@ void PositionField::Set(int cell) {
 int PositionField::Get() const {
   const auto cell = mGrid->GetValue();
   return cell.y * 3 + cell.x;
+}
+
+QPushButton* AcceptButton(const QDialogButtonBox& buttons) {
+  for (QAbstractButton* button : buttons.buttons()) {
+    if (buttons.buttonRole(button) == QDialogButtonBox::AcceptRole)
+      return static_cast<QPushButton*>(button);
+  }
+  return nullptr;
 }
 
 QDialogButtonBox* MakeButtons(QDialog& dialog, std::function<void()> restoreDefaults) {

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -19,6 +20,21 @@
 namespace DLG {
 
 QString Label(std::string_view keyWithDefault);
+
+// Frames a field whose content cannot be taken, and says why in its tip and to assistive technology; an empty reason
+// takes that back.
+void MarkWrong(QWidget& field, const QString& why);
+
+// What is wrong with what was entered, or what is worth knowing about it; takes no room while there is nothing to say.
+class MessageLine : public QLabel {
+ public:
+  MessageLine();
+  void ShowWrong(const QString& text);
+  void ShowNote(const QString& text);
+
+ private:
+  void Show(const QString& text, const QPalette& palette);
+};
 
 // A choice of one of a few values, which are numbered in the order of the labels.
 class ChoiceField : public QComboBox {
@@ -46,7 +62,7 @@ class FrameRateField : public QWidget {
   std::function<void()> mChanged;
 };
 
-// A time as timecode. What is no time is marked, and taken back when the field is left.
+// A time as timecode. What is no time is marked and stays to be corrected; the time is then still the last one.
 class TimeField : public QLineEdit {
  public:
   explicit TimeField(bool mayBeNegative);
@@ -54,11 +70,17 @@ class TimeField : public QLineEdit {
   BE::TickTime Get() const;
   // Shows the same time at another rate. Invalid: 25 frames a second.
   void SetRate(BE::FrameRate rate, bool dropFrame);
+  bool IsTime() const { return mIsTime; }
+  // Called when a person changed the text.
+  void WhenChanged(std::function<void()> changed) { mChanged = std::move(changed); }
 
  private:
   std::optional<BE::TickTime> Parse() const;
+  void Follow();
   void Show();
   bool mMayBeNegative;
+  bool mIsTime = true;
+  std::function<void()> mChanged;
   BE::TickTime mTime;
   BE::FrameRate mRate;
   BE::TimeDisplay mDisplay;
@@ -93,6 +115,9 @@ class PositionField : public QWidget {
   boost::intrusive_ptr<zebui::ui::UI_Node> mRoot;
   boost::intrusive_ptr<zebui::controls::UI_PositionGridControl> mGrid;
 };
+
+// The one that accepts the window.
+QPushButton* AcceptButton(const QDialogButtonBox& buttons);
 
 // OK, Cancel and Restore Defaults, connected to the dialog.
 QDialogButtonBox* MakeButtons(QDialog& dialog, std::function<void()> restoreDefaults);

@@ -26,6 +26,7 @@ class ImportSettingsWindow : public QDialog {
   void BuildTimes(QFormLayout& form);
   void BuildLines(QFormLayout& form);
   void Follow();
+  void Check();
 
   BE::FrameRate mClipRate;
   QComboBox* mFamily = nullptr;
@@ -44,6 +45,8 @@ class ImportSettingsWindow : public QDialog {
   QSpinBox* mLineLength = nullptr;
   ChoiceField* mLongCaptions = nullptr;
   QSpinBox* mLineCount = nullptr;
+  MessageLine* mMessage = nullptr;
+  QPushButton* mAccept = nullptr;
 };
 
 class ExportSettingsWindow : public QDialog {
@@ -55,6 +58,8 @@ class ExportSettingsWindow : public QDialog {
 
  private:
   void Follow();
+  void Check();
+  QString FindWrong() const;
 
   BE::FrameRate mClipRate;
   ChoiceField* mFormat = nullptr;
@@ -65,6 +70,7 @@ class ExportSettingsWindow : public QDialog {
   FrameRateField* mRate = nullptr;
   QCheckBox* mHasStart = nullptr;
   TimeField* mStart = nullptr;
+  MessageLine* mMessage = nullptr;
   QPushButton* mAccept = nullptr;
 };
 

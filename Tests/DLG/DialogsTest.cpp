@@ -75,6 +75,33 @@ struct Settings : testing::Test {
   }
 };
 
+// As a person does.
+void Retype(QLineEdit& field, const char* text) {
+  field.setText(QString::fromLatin1(text));
+  Q_EMIT field.textEdited(field.text());
+}
+
+TimeField* FindTimeField(const QWidget& window) {
+  for (QLineEdit* edit : window.findChildren<QLineEdit*>()) {
+    if (auto* field = dynamic_cast<TimeField*>(edit))
+      return field;
+  }
+  return nullptr;
+}
+
+bool CanAccept(const QWidget& window) {
+  return AcceptButton(*window.findChild<QDialogButtonBox*>())->isEnabled();
+}
+
+// What the window says below its fields.
+QString MessageOf(const QWidget& window) {
+  for (QLabel* label : window.findChildren<QLabel*>()) {
+    if (dynamic_cast<MessageLine*>(label))
+      return label->isHidden() ? QString() : label->text();
+  }
+  return QStringLiteral("no line for messages");
+}
+
 struct Picker : testing::Test {
   void TearDown() override { ColorPickerDialog::SetHook(nullptr); }
   const UIF::Color current{10, 20, 30};
@@ -142,17 +169,66 @@ TEST_F(Settings, ShowTimesAtTheRateThatIsChosen) {
   EXPECT_EQ(field.text(), QStringLiteral("00:00:59;28"));
 }
 
-TEST_F(Settings, TakeBackATextThatIsNoTime) {
+TEST_F(Settings, MarkATextThatIsNoTimeAndLeaveItToBeCorrected) {
   TimeField field(false);
   field.Set(TickTime(zebmediatypes::kTicksPerSecond));
   for (const char* text : {"later", "-00:00:01:00"}) {
-    field.setText(QString::fromLatin1(text));
-    Q_EMIT field.textEdited(field.text());
-    EXPECT_FALSE(field.toolTip().isEmpty());
+    Retype(field, text);
     Q_EMIT field.editingFinished();
-    EXPECT_EQ(field.text(), QStringLiteral("00:00:01:00"));
-    EXPECT_TRUE(field.toolTip().isEmpty());
+    EXPECT_EQ(field.text(), QString::fromLatin1(text));
+    EXPECT_FALSE(field.IsTime());
+    EXPECT_FALSE(field.toolTip().isEmpty());
+    EXPECT_EQ(field.Get(), TickTime(zebmediatypes::kTicksPerSecond)) << "the last time that was one";
   }
+  Retype(field, "2:00");
+  Q_EMIT field.editingFinished();
+  EXPECT_EQ(field.text(), QStringLiteral("00:00:02:00"));
+  EXPECT_TRUE(field.IsTime());
+  EXPECT_TRUE(field.toolTip().isEmpty());
+}
+
+TEST_F(Settings, AreNotAcceptedWithAnOffsetThatIsNoTime) {
+  ImportSettingsWindow window(nullptr, zebmediatypes::kFrameRate_25);
+  TimeField* const offset = FindTimeField(window);
+  ASSERT_NE(offset, nullptr);
+  EXPECT_TRUE(CanAccept(window));
+  EXPECT_EQ(MessageOf(window), QString());
+  Retype(*offset, "soon");
+  EXPECT_FALSE(CanAccept(window));
+  EXPECT_TRUE(MessageOf(window).startsWith(QStringLiteral("The offset is not a timecode.")));
+  Retype(*offset, "-00:00:02:12");
+  EXPECT_TRUE(CanAccept(window));
+  EXPECT_EQ(MessageOf(window), QString());
+}
+
+TEST_F(Settings, SayWhatKeepsAnExportFromBeingSet) {
+  ExportSettingsWindow window(nullptr, zebmediatypes::kFrameRate_25, {});
+  CaptionsExportSettings settings;
+  settings.startTimecode = TickTime();
+  window.Set(settings);
+  Retype(*FindTimeField(window), "one o'clock");
+  EXPECT_FALSE(CanAccept(window));
+  EXPECT_TRUE(MessageOf(window).startsWith(QStringLiteral("The start timecode is not a timecode.")));
+  window.Set({});
+  EXPECT_TRUE(CanAccept(window)) << "what is not used need not be a time";
+  settings = {};
+  settings.streams = BE::ExportedStreams::One;
+  window.Set(settings);
+  EXPECT_FALSE(CanAccept(window));
+  EXPECT_TRUE(MessageOf(window).startsWith(QStringLiteral("No clip of the project has captions")));
+}
+
+TEST_F(Settings, WarnOfWebVTTInAnotherEncodingAndTakeItAllTheSame) {
+  ExportSettingsWindow window(nullptr, zebmediatypes::kFrameRate_25, {});
+  CaptionsExportSettings settings;
+  settings.format = BE::SidecarFormat::WebVTT;
+  settings.encoding = BE::TextEncoding::UTF16;
+  window.Set(settings);
+  EXPECT_TRUE(MessageOf(window).startsWith(QStringLiteral("Players may refuse")));
+  EXPECT_TRUE(CanAccept(window));
+  settings.encoding = BE::TextEncoding::UTF8;
+  window.Set(settings);
+  EXPECT_EQ(MessageOf(window), QString());
 }
 
 TEST_F(Settings, AcceptALanguageByItsCodeOnly) {
@@ -168,6 +244,8 @@ TEST_F(Settings, AcceptALanguageByItsCodeOnly) {
   language->setEditText(QStringLiteral("Klingon, please"));
   EXPECT_EQ(window.Get().language, "");
   EXPECT_FALSE(language->toolTip().isEmpty());
+  EXPECT_FALSE(CanAccept(window));
+  EXPECT_EQ(MessageOf(window), language->toolTip());
   language->setCurrentIndex(language->findData(QStringLiteral("ja")));
   EXPECT_EQ(window.Get().language, "ja");
 }
