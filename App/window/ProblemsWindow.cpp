@@ -83,6 +83,7 @@ void ShowProblems(QWidget* parent, const QString& title, const QString& summary,
   QPushButton* copy =
       buttons->addButton(Label("$$$/Vidra/Captivo/Problems/Copy=Copy List"), QDialogButtonBox::ActionRole);
   close->setDefault(true);
+  close->setFocus();
   layout->addWidget(buttons);
   QObject::connect(close, &QPushButton::clicked, &dialog, &QDialog::accept);
   QObject::connect(copy, &QPushButton::clicked,

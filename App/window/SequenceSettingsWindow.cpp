@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QPushButton>
 
 #include "App/window/Labels.h"
 #include "App/window/TimeDisplays.h"
@@ -70,7 +71,9 @@ bool AskSequenceSettings(QWidget* parent, const BE::InterfaceRef<BE::Sequence>& 
     const zebmediatypes::FrameRate rate(rates->currentData().toLongLong());
     video->setCurrentIndex(video->findData(zebmediatypes::GetTimecodeDisplay(rate, true).GetNumber()));
   });
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  auto* buttons = new QDialogButtonBox;
+  buttons->addButton(Label("$$$/Vidra/DLG/Settings/OK=OK"), QDialogButtonBox::AcceptRole)->setDefault(true);
+  buttons->addButton(Label("$$$/Vidra/Captivo/Button/Cancel=Cancel"), QDialogButtonBox::RejectRole);
   QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   form->addRow(buttons);

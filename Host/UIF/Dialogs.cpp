@@ -2,8 +2,10 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "UIF/ModalScope.h"
+#include "zebcore/Localizer.h"
 #include "zebcore/Log.h"
 #include "zebcore/Trace.h"
 #include "zebui/Toolkit.h"
@@ -32,6 +34,12 @@ int ShowMessageBox(const MessageBoxRecord& record) {
   box.setIcon(record.icon == kIcon_Warning ? QMessageBox::Warning : QMessageBox::Information);
   const bool asks = record.flags != kFlag_Acknowledge;
   box.setStandardButtons(asks ? QMessageBox::Ok | QMessageBox::Cancel : QMessageBox::StandardButtons(QMessageBox::Ok));
+  const auto name = [&box](QMessageBox::StandardButton which, std::string_view keyWithDefault) {
+    if (QAbstractButton* button = box.button(which))
+      button->setText(toolkit::ToQt(zebcore::config::Localizer::Get().Localize(keyWithDefault)));
+  };
+  name(QMessageBox::Ok, "$$$/Vidra/DLG/Settings/OK=OK");
+  name(QMessageBox::Cancel, "$$$/Vidra/DLG/Settings/Cancel=Cancel");
   box.setDefaultButton(asks && record.defaultResult != kResult_Acknowledged ? QMessageBox::Cancel : QMessageBox::Ok);
   box.exec();
   return box.clickedButton() == box.button(QMessageBox::Ok) ? kResult_Acknowledged : record.defaultResult;
