@@ -19,6 +19,19 @@ zebcore::UString Named(std::string_view keyWithDefault) {
   return zebcore::FromUTF8(Text(keyWithDefault));
 }
 
+// The name, with a number behind it where another sequence bears it.
+std::string NotYetTaken(const std::string& name, const BE::Project& project) {
+  const auto sequences = project.GetSequences();
+  const auto isTaken = [&](const std::string& wanted) {
+    return std::any_of(sequences.begin(), sequences.end(),
+                       [&](const auto& each) { return zebcore::ToUTF8(each->GetName()) == wanted; });
+  };
+  std::string free = name;
+  for (int number = 2; isTaken(free); ++number)
+    free = name + " " + std::to_string(number);
+  return free;
+}
+
 } // namespace
 
 BE::Project::SequenceItem MakeSequenceItem(const InterfaceRef<BE::MasterClip>& clip, TickTime start, int track) {
@@ -56,6 +69,7 @@ InterfaceRef<BE::Sequence> Session::NewSequence(const InterfaceRef<BE::MasterCli
   }
   if (name.empty())
     name = Text("$$$/Vidra/Captivo/Sequence/Name=Sequence {1}", {std::to_string(mProject->GetSequences().size() + 1)});
+  name = NotYetTaken(name, *mProject);
   const auto sequence = mProject->AddSequence(zebcore::FromUTF8(name), rate,
                                               zebmediatypes::FrameRate::FromRational(sampleRate, 1), items);
   if (sequence && clip)
