@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "App/Session.h"
+#include "App/session/LogFile.h"
 #include "App/session/Sample.h"
 #include "App/window/Icons.h"
 #include "App/window/Labels.h"
@@ -272,6 +273,7 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("captivo"));
   // The window quits when it is closed; one that is made anew does not.
   QApplication::setQuitOnLastWindowClosed(false);
+  const App::LogFile log(App::LogFile::GetUsualPath());
   zebui::InstallEventLoop();
   const int code = Program(ReadOptions(application)).Run();
   zebui::UninstallEventLoop();
