@@ -93,6 +93,22 @@ TEST_F(ItemList, ASelectedRowThatIsReplacedIsSelectedAsTheNewOne) {
   EXPECT_EQ(selected, Row(1)->GetCaption());
 }
 
+TEST_F(ItemList, TheFormatOfARowThatWasReplacedIsThatOfItsNewCaption) {
+  const boost::intrusive_ptr<zebcaptioning::CaptionState> centered(new zebcaptioning::CaptionState);
+  centered->begin = Seconds(1);
+  centered->end = Seconds(3);
+  centered->paragraph.alignment = zebcaptioning::ParagraphStyleAttributes::kTextAlignment_Center;
+  centered->runs = {{0, zebcaptioning::Share(zebcaptioning::TextSpanAttributes())}};
+  const auto first = MakeCaption(1, 2, u"first");
+  list.AddRow(first);
+  Select({1});
+  list.AddRow(new Caption(zebcaptioning::CaptionStatePtr(centered)));
+  boost::intrusive_ptr<zebcaptioning::CaptionFormatInfo> info(new zebcaptioning::CaptionFormatInfo);
+  list.GatherSelectionFormat(info);
+  bool isUniform = false;
+  EXPECT_EQ(info->GetTextAlignment(isUniform), zebcaptioning::ParagraphStyleAttributes::kTextAlignment_Center);
+}
+
 TEST_F(ItemList, TheOnlySelectedRowCannotBeToggledOff) {
   Add({1, 2});
   Select({1});

@@ -10,7 +10,7 @@ namespace Captivo {
 
 namespace {
 
-void File(CaptionsRowMap& rows, const TickTime& time, boost::shared_ptr<CaptionsItem> item) {
+void File(CaptionsRowMap& rows, const TickTime& time, CaptionsRowItem item) {
   const auto [row, inserted] = rows.insert(time, item);
   if (!inserted)
     row->item.swap(item);

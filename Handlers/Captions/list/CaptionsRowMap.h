@@ -25,6 +25,11 @@ class CaptionsRowItem : public boost::shared_ptr<CaptionsItem> {
   CaptionsRowItem(boost::shared_ptr<CaptionsItem> item);
 
   const Caption* GetCaption() const { return mCaption; }
+  // The item goes nowhere without its caption.
+  void swap(CaptionsRowItem& other) noexcept {
+    boost::shared_ptr<CaptionsItem>::swap(other);
+    std::swap(mCaption, other.mCaption);
+  }
 
  private:
   const Caption* mCaption = nullptr; // an item keeps its caption as long as it lives
