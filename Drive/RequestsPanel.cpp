@@ -49,8 +49,9 @@ Json OpenPanel(Driver& driver, const Fields& fields) {
 }
 
 Json CreateTabView(Driver& driver, const Fields&) {
+  HSL::Handler& handler = NeedHandler(driver);
   UIF::TabView* view = nullptr;
-  Guard("TabViewCreator::CreateTabView", [&] { view = NeedHandler(driver).CreateTabView(&driver.Window()); });
+  Guard("TabViewCreator::CreateTabView", [&] { view = handler.CreateTabView(&driver.Window()); });
   return {{"created", view && view->IsCreated()}};
 }
 

@@ -1,5 +1,11 @@
 // How requests are answered, good ones and bad ones.
 
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+
+#include <sys/wait.h>
+
 #include "DriveProcess.h"
 
 namespace Tests {
@@ -115,6 +121,29 @@ TEST_F(DriveTest, QuittingAnswersAndEndsTheProgram) {
   EXPECT_EQ(drive->Ask({{"do", "quit"}, {"id", 1}}).at("ok"), true);
   EXPECT_EQ(drive->Finish(), 0);
   drive.reset();
+}
+
+TEST_F(DriveTest, WithoutADisplayTheProgramSaysThatThereIsNothingToShowThePanelOn) {
+  const std::string said = folder / "said";
+  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM \"" CAPTIVO_BINARY_DIR
+                              "/captivo-drive\" --show < /dev/null 2> \"" +
+                              said + "\"";
+  const int status = std::system(command.c_str());
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 2);
+  std::ifstream file(said);
+  const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  EXPECT_NE(text.find("there is no display"), std::string::npos) << text;
+}
+
+TEST_F(DriveTest, ThatThereIsNoHandlerIsNoExceptionOfTheHost) {
+  Do("new");
+  Do("handler", {{"destroy", true}});
+  for (const char* name : {"open_panel", "create_tab_view"}) {
+    const Json answer = drive->Ask({{"do", name}});
+    EXPECT_EQ(answer.at("ok"), false) << name;
+    EXPECT_FALSE(answer.contains("exception")) << name;
+  }
 }
 
 TEST_F(DriveTest, AnExceptionOfTheHostIsInTheAnswerAndTheProgramGoesOn) {
