@@ -211,6 +211,16 @@ void TextWidget::PaintRim() {
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
+// What was shown before it had its size has been scrolled so far that the caret would be seen in no room at all.
+void TextWidget::resizeEvent(QResizeEvent* event) {
+  const bool hadNoRoom = event->oldSize().height() < fontMetrics().height();
+  QTextEdit::resizeEvent(event);
+  if (!hadNoRoom)
+    return;
+  verticalScrollBar()->setValue(0);
+  ensureCursorVisible();
+}
+
 void TextWidget::focusInEvent(QFocusEvent* event) {
   QTextEdit::focusInEvent(event);
   update();

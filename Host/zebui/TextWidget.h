@@ -43,6 +43,7 @@ class TextWidget : public QTextEdit {
   bool event(QEvent* event) override;
   bool viewportEvent(QEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
   QMimeData* createMimeDataFromSelection() const override;

@@ -1,5 +1,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QScrollBar>
 #include <QTextEdit>
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
@@ -125,6 +126,15 @@ TEST(TextEdit, AChangeStartsOnEntryIsReportedPerKeyAndFinishesOnLeaving) {
   EXPECT_EQ(t.edit->GetValue(), u"ab");
 }
 
+TEST(TextEdit, AProgramThatBringsTheFocusBackStartsNoChangeBeforeTheNextKey) {
+  Edit t;
+  t.edit->UI_GainKeyboardFocus(ui::kFocusChange_Program);
+  EXPECT_TRUE(t.edit->UI_HasKeyboardFocus(false));
+  EXPECT_EQ(t.changes, Changes());
+  driver::TypeText(u"a");
+  EXPECT_EQ(t.changes, Changes({0, 1}));
+}
+
 TEST(TextEdit, TypingAfterACancelStartsAnewChange) {
   Edit t;
   t.Enter();
@@ -239,6 +249,18 @@ TEST(TextEdit, ALongTextScrollsBackToItsBeginning) {
   EXPECT_GT(t.edit->GetScrollPosition(), 0);
   t.edit->ScrollToBegin();
   EXPECT_EQ(t.edit->GetScrollPosition(), 0);
+}
+
+TEST(TextEdit, BeginsAtItsBeginningAlsoWhenItWasShownBeforeItHadRoom) {
+  Edit t;
+  t.edit->UI_SetLocalRectF({0, 0, 0, 0});
+  t.edit->SetValue(u"Wind from the west, four knots.\r\nThe Marigold goes out first.", false);
+  t.window.widget.show();
+  t.edit->UI_Show(true);
+  t.edit->UI_SetLocalRectF({0, 0, 100, 60});
+  auto* const widget = static_cast<QAbstractScrollArea*>(toolkit::WidgetOf(t.edit.get()));
+  ASSERT_GT(widget->verticalScrollBar()->maximum(), 0) << "it has more lines than room";
+  EXPECT_EQ(widget->verticalScrollBar()->value(), 0);
 }
 
 TEST(TextEdit, AFontIsReadBackAsItWasSet) {
