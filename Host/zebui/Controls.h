@@ -44,6 +44,8 @@ class UI_TextEdit : public UI_InteractiveControlView {
   void UI_FocusChanged(ui::FocusChangeReason reason) override;
 
  protected:
+  // A person is about to change the text, which is as it was.
+  virtual void BeginEdit();
   // A person changed the text. Interactively and as changed, both.
   virtual void ReportEdit();
 

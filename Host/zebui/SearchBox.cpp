@@ -213,6 +213,9 @@ void UI_SearchBox::Clear() {
     FinishInteractiveChange();
 }
 
+// Nobody is to look for the text that is about to go.
+void UI_SearchBox::BeginEdit() {}
+
 void UI_SearchBox::ReportEdit() {
   if (!mSearch->onEnter)
     InteractivelyChanged();

@@ -18,6 +18,7 @@ class UI_SearchBox : public UI_TextEdit {
   void UI_FocusChanged(ui::FocusChangeReason reason) override;
 
  protected:
+  void BeginEdit() override;
   void ReportEdit() override;
 
  private:

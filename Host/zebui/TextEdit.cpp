@@ -39,7 +39,7 @@ struct UI_TextEdit::Text {
 
   QWidget* MakeWidget(QWidget* parent) {
     const Qt::Alignment align = alignment == 1 ? Qt::AlignHCenter : alignment == 2 ? Qt::AlignRight : Qt::AlignLeft;
-    const TextWidget::Owner toOwner{&owner, &kept, SeveralLines(), [this] { Edited(); }};
+    const TextWidget::Owner toOwner{&owner, &kept, SeveralLines(), [this] { Edited(); }, [this] { Editing(); }};
     widget = new TextWidget(toOwner, align, parent);
     ApplyFont();
     widget->ShowKeptText();
@@ -87,6 +87,13 @@ struct UI_TextEdit::Text {
     widget->setFont(font);
   }
 
+  void Editing() {
+    if (!reporting)
+      return;
+    const toolkit::KeepAlive alive(owner);
+    owner.BeginEdit();
+  }
+
   void Edited() {
     if (!reporting)
       return;
@@ -111,7 +118,11 @@ void UI_TextEdit::SetValue(const UString& text, bool notify) {
   const toolkit::KeepAlive alive(*this);
   const toolkit::WidgetScope scope;
   if (zebcore::trace::IsOn())
-    zebcore::trace::Record("UI_TextEdit::SetValue", {{"text", zebcore::ToUTF8(text)}, {"notify", notify}});
+    toolkit::TraceNode("UI_TextEdit::SetValue", *this, {{"text", zebcore::ToUTF8(text)}, {"notify", notify}});
+  // As a person: enters, changes, and leaves unless they were here before. What follows on entering may write the text.
+  const bool wasUnderWay = IsInteractiveChangeUnderWay();
+  if (notify)
+    BeginEdit();
   if (text != mText->kept.Get()) {
     const auto selection = mText->Selection();
     mText->kept = LineEndText(text);
@@ -121,11 +132,13 @@ void UI_TextEdit::SetValue(const UString& text, bool notify) {
   }
   if (!notify)
     return;
-  // As a person: enters, changes, and leaves unless they were here before.
-  const bool wasUnderWay = IsInteractiveChangeUnderWay();
   ReportEdit();
   if (!wasUnderWay && !UI_HasKeyboardFocus(false))
     FinishInteractiveChange();
+}
+
+void UI_TextEdit::BeginEdit() {
+  StartInteractiveChange();
 }
 
 void UI_TextEdit::ReportEdit() {
@@ -161,15 +174,15 @@ void UI_TextEdit::SetFont(const wchar_t* family, float size, const UString* styl
   mText->size = size;
   mText->style = style ? *style : UString();
   if (zebcore::trace::IsOn())
-    zebcore::trace::Record(
-        "UI_TextEdit::SetFont",
+    toolkit::TraceNode(
+        "UI_TextEdit::SetFont", *this,
         {{"family", zebcore::ToUTF8(mText->family)}, {"size", size}, {"style", zebcore::ToUTF8(mText->style)}});
   mText->ApplyFont();
 }
 
 void UI_TextEdit::ScrollToBegin() {
   if (zebcore::trace::IsOn())
-    zebcore::trace::Record("UI_TextEdit::ScrollToBegin");
+    toolkit::TraceNode("UI_TextEdit::ScrollToBegin", *this, nlohmann::json::object());
   if (!mText->widget)
     return;
   mText->widget->verticalScrollBar()->setValue(0);
@@ -204,7 +217,8 @@ void UI_TextEdit::Delete() {
     return;
   const toolkit::KeepAlive alive(*this);
   const toolkit::WidgetScope scope;
-  mText->widget->textCursor().removeSelectedText();
+  if (mText->widget->BeginEdit())
+    mText->widget->textCursor().removeSelectedText();
 }
 
 void UI_TextEdit::Copy() {
@@ -252,7 +266,8 @@ bool UI_TextEdit::UI_DoKeyboardEvent(UI_Node*, const ui::KeyboardEvent& event) {
 void UI_TextEdit::UI_FocusChanged(ui::FocusChangeReason reason) {
   if (!UI_HasKeyboardFocus(false))
     FinishInteractiveChange();
-  else if (reason != ui::kFocusChange_Window)
+  // A program that brings the focus back begins nothing: the next edit does.
+  else if (reason != ui::kFocusChange_Window && reason != ui::kFocusChange_Program)
     StartInteractiveChange();
 }
 
