@@ -15,7 +15,7 @@ namespace UIF {
 
 namespace {
 
-constexpr int kScrollBarWidth = 13;
+constexpr int kScrollBarWidth = 14;
 constexpr int kHandleMargin = 3;
 constexpr int kShortestHandle = 28;
 constexpr int kSeparatorWidth = 5;
