@@ -152,7 +152,7 @@ Json SetFonts(Driver&, const Fields& fields) {
     }
     InstalledFamilies().swap(names);
     zebcore::SetFontProbe(&IsInstalled);
-    TD::SetTitlerFontList(std::move(families));
+    TD::SetTitlerFontListAsGiven(std::move(families));
   } else if (fields.Mentions("families")) {
     zebcore::SetFontProbe(nullptr);
     TD::SetTitlerFontList({});

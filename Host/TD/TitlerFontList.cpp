@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string_view>
 
 #include <fontconfig/fontconfig.h>
@@ -126,12 +127,12 @@ Families ReadMachine() {
   return families;
 }
 
-void Add(FontList& fonts, const SortKeys& keys, const UString& name, std::vector<CaptionFontRecord> records) {
+void Add(FontList& fonts, UString key, const UString& name, std::vector<CaptionFontRecord> records) {
   auto kept = std::make_unique<std::vector<CaptionFontRecord>>(std::move(records));
   auto faces = std::make_unique<std::vector<const CaptionFontRecord*>>();
   for (const CaptionFontRecord& record : *kept)
     faces->push_back(&record);
-  const bool isNew = fonts.list.emplace(keys.Of(name), TitlerFontFamily{0, name, faces.get()}).second;
+  const bool isNew = fonts.list.emplace(std::move(key), TitlerFontFamily{0, name, faces.get()}).second;
   if (!isNew)
     return;
   fonts.records.push_back(std::move(kept));
@@ -148,7 +149,7 @@ FontList ListMachine() {
   FontList fonts;
   const SortKeys keys;
   for (auto& [name, faces] : ReadMachine())
-    Add(fonts, keys, zebcore::FromUTF8(name), MakeRecords(std::move(faces)));
+    Add(fonts, keys.Of(zebcore::FromUTF8(name)), zebcore::FromUTF8(name), MakeRecords(std::move(faces)));
   Number(fonts);
   return fonts;
 }
@@ -182,7 +183,20 @@ void SetTitlerFontList(std::vector<FontFamilyDescription> families) {
   Set().emplace();
   const SortKeys keys;
   for (FontFamilyDescription& family : families)
-    Add(*Set(), keys, family.name, std::move(family.faces));
+    Add(*Set(), keys.Of(family.name), family.name, std::move(family.faces));
+  Number(*Set());
+}
+
+void SetTitlerFontListAsGiven(std::vector<FontFamilyDescription> families) {
+  KeepWhatWasListed();
+  Set().emplace();
+  std::set<UString> names;
+  for (FontFamilyDescription& family : families) {
+    const std::size_t place = names.size();
+    if (names.insert(family.name).second)
+      Add(*Set(), {static_cast<char16_t>(place >> 16), static_cast<char16_t>(place)}, family.name,
+          std::move(family.faces));
+  }
   Number(*Set());
 }
 

@@ -30,7 +30,8 @@ struct TitlerFontFamily {
   const std::vector<const CaptionFontRecord*>* faces = nullptr;
 };
 
-// In the order in which people of the machine's language sort names. The keys are for that order only.
+// In the order in which people of the machine's language sort names, unless it was given in another. The keys are for
+// that order only.
 using TitlerFontList = std::map<UString, TitlerFontFamily>;
 
 // The scalable families of this machine, found once. The list is valid until SetTitlerFontList, faces and their records
@@ -43,5 +44,7 @@ struct FontFamilyDescription {
 };
 // In place of the machine's fonts; an empty list restores them.
 void SetTitlerFontList(std::vector<FontFamilyDescription> families);
+// The same, but in the order of families, and an empty list is one. Of two families of one name the first is listed.
+void SetTitlerFontListAsGiven(std::vector<FontFamilyDescription> families);
 
 } // namespace TD

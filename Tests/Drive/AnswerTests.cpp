@@ -45,6 +45,7 @@ TEST_F(DriveTest, FontsAnswerTheListThatIsInForce) {
   const Json again = Do("fonts");
   EXPECT_EQ(again.at("families"), families);
   EXPECT_EQ(again.at("styles").at("bold_italic"), "Bold Italic");
+  EXPECT_TRUE(Do("fonts", {{"families", Json::array()}}).at("families").empty()) << "a machine without fonts";
   EXPECT_FALSE(Do("fonts", {{"families", nullptr}}).at("families").empty()) << "the machine's";
 }
 

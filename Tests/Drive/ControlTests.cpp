@@ -74,7 +74,7 @@ TEST_F(BarControls, PopupsGridsButtonsAndTheSearchBoxAreUsedByTheirNames) {
                 {{{"name", "Foo"}, {"faces", {{{"style", "Regular"}}, {{"style", "Bold"}, {"bold", true}}}}},
                  {{"name", "Bar"}}}}});
   Open("open");
-  EXPECT_EQ(Control("fontFamilyPopup").at("items"), (Json{"Bar", "Foo"}));
+  EXPECT_EQ(Control("fontFamilyPopup").at("items"), (Json{"Foo", "Bar"})) << "in the order given";
   Do("set", {{"control", "fontFamilyPopup"}, {"value", "Foo"}});
   EXPECT_EQ(Applied(), std::vector<int>{4});
   Do("set", {{"control", "openPositionGrid"}, {"value", {1, 1}}});

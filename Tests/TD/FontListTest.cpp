@@ -164,6 +164,17 @@ TEST_F(FontList, IsSortedAsPeopleSortNames) {
   EXPECT_EQ(Families(), Names({"alpha", "Älpha", "beta", "Beta", "zeta"}));
 }
 
+TEST_F(FontList, StaysInTheOrderOfItsFamiliesIfItIsGivenSo) {
+  SetTitlerFontListAsGiven({Family(u"zeta"), Family(u"Alpha Two"), Family(u"Alpha"), Family(u"zeta")});
+  EXPECT_EQ(Families(), Names({"zeta", "Alpha Two", "Alpha"}));
+  EXPECT_EQ(GetTitlerFontList().begin()->second.id, 1);
+}
+
+TEST_F(FontList, MayBeGivenWithoutAFamily) {
+  SetTitlerFontListAsGiven({});
+  EXPECT_TRUE(Families().empty());
+}
+
 TEST_F(FontList, KeepsTheFacesThatItIsGivenInTheirOrder) {
   CaptionFontRecord heavy;
   heavy.styleName = u"Heavy";
