@@ -136,6 +136,8 @@ class WideCourse : public CourseTest, public testing::WithParamInterface<WideFor
     SelectClip(clip);
     zebcore::trace::Take();
     grid = {Inspector::GridColumns(View()), Inspector::GridRows(View())};
+    // As in a panel that has shown no edge yet.
+    Inspector::LastEdgeColor(View()) = CaptioningColor();
     BeginModel();
   }
 
