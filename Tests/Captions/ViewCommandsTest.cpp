@@ -237,6 +237,13 @@ TEST_F(ViewCommands, AColourCommandOnAMixedSelectionAppliesNothingAndShowsThatCo
   EXPECT_EQ(std::make_tuple(shown.red, shown.green, shown.blue), std::make_tuple(0.0F, 0.0F, 0.0F));
 }
 
+TEST_F(ViewCommands, AColourCommandShowsTheColourItselfAndThenOnceMoreWithTheFormatThatItPublishes) {
+  ShowClosed(MakeCaptions({1}));
+  zebcore::trace::Take();
+  EXPECT_TRUE(Obey(32013));
+  EXPECT_EQ(TakeCalls("UI_Swatch::SetValue").size(), 2U);
+}
+
 TEST_F(ViewCommands, AColourCommandGivesTheTextItsCaretBackAndPublishesTheFormat) {
   ShowClosed({MakeCaption(1, 2, u"Hello")});
   SelectPart(1, {1, 3});
