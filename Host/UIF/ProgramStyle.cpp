@@ -190,6 +190,9 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
   case PE_FrameLineEdit:
     PaintFrame(*painter, *option);
     return;
+  case PE_PanelScrollAreaCorner:
+    painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+    return;
   case PE_Frame:
     StrokeFrame(*painter, option->rect, option->palette.color(GroupOf(*option), QPalette::Mid), 1, 0);
     return;
