@@ -23,6 +23,16 @@ TEST_F(DriveTest, TypingReachesTheStreamKeyByKeyAndIsOneStep) {
   EXPECT_EQ(Stream()[0].at("text"), "One more");
 }
 
+TEST_F(DriveTest, AChangeOfARowHalfOutOfViewSurvivesTheScrollingThatItCauses) {
+  OpenCaptions({Caption(1, 2, "One"), Caption(3, 4, "Two"), Caption(5, 6, "Three"), Caption(7, 8, "Four")});
+  Do("resize", {{"width", 900}, {"height", 99 + 3 * 75 + 30}});
+  ASSERT_EQ(Panel().at("scroll_offset"), 0);
+  Do("row_text", {{"row", Seconds(7)}, {"value", "Changed"}, {"phase", 2}});
+  EXPECT_NE(Panel().at("scroll_offset"), 0);
+  EXPECT_EQ(Stream()[3].at("text"), "Changed");
+  EXPECT_EQ(Row(Seconds(7)).at("text"), "Changed");
+}
+
 TEST_F(DriveTest, EnterMakesALineThatIsStoredAsOneLineFeed) {
   OpenCaptions({Caption(1, 2, "One")});
   Do("focus", {{"row", Seconds(1)}, {"part", "text"}});
