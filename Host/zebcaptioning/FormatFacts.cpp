@@ -299,8 +299,12 @@ bool SnapToLegalColorBeside(StreamFormat format, CaptioningColor::ColorType type
     return true;
   }
   float alpha = color.alpha;
-  if (!SnapToLegalOpacity(format, type, alpha) && !IsNear(alpha, present.alpha))
+  const bool isNewEdge = type == CaptioningColor::kColorType_Edge && IsNear(alpha, kOpacity_Solid);
+  const bool mayStay = SnapToLegalOpacity(format, type, alpha) || IsNear(alpha, present.alpha) || isNewEdge;
+  if (!mayStay && color.IsTransparent())
     return false;
+  if (!mayStay)
+    alpha = present.IsTransparent() ? NearestOpacity(palette.opacities, alpha) : present.alpha;
   color.alpha = alpha;
   const auto hasHueOf = [&color](const CaptioningColor& other) {
     return IsNear(other.red, color.red) && IsNear(other.green, color.green) && IsNear(other.blue, color.blue);

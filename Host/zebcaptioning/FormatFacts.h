@@ -81,7 +81,9 @@ CaptionType GetDefaultCaptionType(StreamFormat format);
 bool SnapToLegalColor(StreamFormat format, CaptioningColor::ColorType type, CaptioningColor& color);
 bool SnapToLegalOpacity(StreamFormat format, CaptioningColor::ColorType type, float& opacity);
 // The same for a colour that takes the place of one that is there, which need not be legal itself: its opacity may stay
-// beside a legal red, green and blue, and these beside a legal opacity. None is legal where a legal colour is none.
+// beside a legal red, green and blue, and these beside a legal opacity; the opacity that is there stays, or the nearest
+// legal one takes the place of none, where the new one is neither. None is legal where a legal colour is none. An edge
+// may come solid.
 bool SnapToLegalColorBeside(StreamFormat format, CaptioningColor::ColorType type, const CaptioningColor& present,
                             CaptioningColor& color);
 // The nearest to the eye (CIE 1976 L*a*b* under D65) that the format allows, with the nearest opacity.
