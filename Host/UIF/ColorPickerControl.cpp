@@ -257,7 +257,9 @@ Color ColorPickerControl::GetColor() const {
 void ColorPickerControl::SetColor(const Color& color, bool notify) {
   if (!mImpl)
     return;
-  toolkit::TraceValue("ColorPickerControl::SetColor", *mImpl->node, {color.red, color.green, color.blue});
+  // What a person picked is no call of the panel's.
+  if (!notify)
+    toolkit::TraceValue("ColorPickerControl::SetColor", *mImpl->node, {color.red, color.green, color.blue});
   const toolkit::WidgetScope scope;
   mImpl->color = color;
   mImpl->ShowColor();

@@ -133,6 +133,10 @@ UI_PositionGridControl::~UI_PositionGridControl() {
 
 void UI_PositionGridControl::SetValue(const PointT<int>& cell) {
   toolkit::TraceValue("UI_PositionGridControl::SetValue", *this, {cell.x, cell.y});
+  Mark(cell);
+}
+
+void UI_PositionGridControl::Mark(const PointT<int>& cell) {
   mGrid->cell = cell;
   if (auto* button = dynamic_cast<GridButton*>(Impl().widget.data()))
     button->SetMarked(mGrid->Index());
@@ -146,7 +150,7 @@ void UI_PositionGridControl::Choose(const PointT<int>& cell) {
   if (!UI_IsEnabled() || IsDisabled() || (!IsCell(cell) && cell != kNoCell))
     return;
   const toolkit::WidgetScope scope;
-  SetValue(cell);
+  Mark(cell);
   Changed();
 }
 

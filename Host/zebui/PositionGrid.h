@@ -24,6 +24,8 @@ class UI_PositionGridControl : public UI_ControlView {
   bool UI_DoKeyboardEvent(UI_Node* focus, const ui::KeyboardEvent& event) override;
 
  private:
+  void Mark(const zebcore::geom::PointT<int>& cell);
+
   struct Grid;
   std::unique_ptr<Grid> mGrid;
 };

@@ -55,6 +55,18 @@ TEST_F(FormatApply, AColourReachesOnlyTheSelectedPartAndTheCaretStaysThere) {
   EXPECT_EQ(Text(1).GetSelection(), TextRange(1, 3));
 }
 
+TEST_F(FormatApply, TheSelectedPartStaysMeantAfterANumberThatTookTheFocusForItsChange) {
+  ShowOpen({MakeCaption(1, 2, u"Hello")});
+  SelectPart(1, {1, 3});
+  Inspector::FontSizeControl(View())->UI_GainKeyboardFocus(zebui::ui::kFocusChange_Pointer);
+  ASSERT_FALSE(Text(1).UI_HasKeyboardFocus(false));
+  PickColor(255, 0, 0);
+  EXPECT_TRUE(Text(1).UI_HasKeyboardFocus(false));
+  EXPECT_EQ(Text(1).GetSelection(), TextRange(1, 3));
+  Obey(32015);
+  EXPECT_EQ(TakeApplications(), (Applications{{8, {1}, {1, 3}}, {3, {1}, {1, 3}}}));
+}
+
 TEST_F(FormatApply, AColourFromTheMenuReachesOnlyTheSelectedPartOfAClosedCaption) {
   ShowClosed({MakeCaption(1, 2, u"Hello")});
   SelectPart(1, {1, 3});
@@ -272,6 +284,19 @@ TEST_F(FormatApply, AnAnchorGoesWithTheCopyAlone) {
   EXPECT_EQ(TakeApplications(), (Applications{{6, {1}, kWholeText}}));
   EXPECT_EQ(Stored(1).paragraph.anchor, 5);
   EXPECT_EQ(held->GetAnchorID(), anchor);
+}
+
+TEST_F(FormatApply, WhatAPersonChoosesIsNotTakenDownAsGivenByThePanel) {
+  ShowOpen(MakeCaptions({1}));
+  zebcore::trace::Take();
+  const auto firstCall = [] {
+    const auto calls = zebcore::trace::Take();
+    return calls.empty() ? std::string() : calls.front().call;
+  };
+  Inspector::OpenPositionGrid(View())->Choose({2, 1});
+  EXPECT_EQ(firstCall(), "CaptioningStreamUpdater::ApplyFormatParameter");
+  Inspector::ColorPicker(View()).SetColor(UIF::Color{255, 0, 0}, true);
+  EXPECT_EQ(firstCall(), "messaging::BroadcastMessage") << "the picker's own";
 }
 
 TEST_F(FormatApply, APositionGoesWithTheCopyAloneAndOnlyIfItIsAnotherOne) {
