@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include <QDoubleSpinBox>
 #include <QFormLayout>
@@ -25,6 +27,25 @@ QFormLayout* AddGroup(QBoxLayout& layout, const QString& title) {
   return form;
 }
 
+// Fields of groups that stand above each other begin at the same place.
+void AlignLabels(const QBoxLayout& column) {
+  std::vector<QWidget*> labels;
+  int widest = 0;
+  for (int group = 0; group < column.count(); ++group) {
+    const QWidget* box = column.itemAt(group)->widget();
+    const auto* form = box ? dynamic_cast<const QFormLayout*>(box->layout()) : nullptr;
+    for (int row = 0; form && row < form->rowCount(); ++row) {
+      QLayoutItem* const label = form->itemAt(row, QFormLayout::LabelRole);
+      if (!label || !label->widget())
+        continue;
+      labels.push_back(label->widget());
+      widest = std::max(widest, label->widget()->sizeHint().width());
+    }
+  }
+  for (QWidget* label : labels)
+    label->setMinimumWidth(widest);
+}
+
 } // namespace
 
 ImportSettingsWindow::ImportSettingsWindow(QWidget* parent, BE::FrameRate clipRate)
@@ -36,6 +57,8 @@ ImportSettingsWindow::ImportSettingsWindow(QWidget* parent, BE::FrameRate clipRa
   BuildPosition(*AddGroup(*left, Label("$$$/Vidra/DLG/ImportSettings/Place=Captions without a position")));
   BuildTimes(*AddGroup(*right, Label("$$$/Vidra/DLG/ImportSettings/Times=Times")));
   BuildLines(*AddGroup(*right, Label("$$$/Vidra/DLG/ImportSettings/Lines=Lines")));
+  AlignLabels(*left);
+  AlignLabels(*right);
   left->addStretch(1);
   right->addStretch(1);
   auto* columns = new QHBoxLayout;
