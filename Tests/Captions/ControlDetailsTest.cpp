@@ -254,6 +254,26 @@ TEST_F(ControlDetails, TheFilterFollowsEachKeyAndTheButtonThatEmptiesTheBox) {
   EXPECT_EQ(Begins(), (std::vector<double>{1, 3, 5}));
 }
 
+TEST_F(ControlDetails, TheFilterIsAppliedOnceMoreWithEnter) {
+  OpenPanelOn({MakeCaption(1, 2, u"Anna"), MakeCaption(3, 4, u"Bob")});
+  UI_SearchBox& filter = *Inspector::FilterBox(View());
+  filter.UI_GainKeyboardFocus(zebui::ui::kFocusChange_Program);
+  zebui::driver::TypeText(u"b");
+  Pane().SetFilterText(u"a");
+  ASSERT_EQ(Begins(), std::vector<double>{1});
+  zebui::driver::PressKey(zebui::ui::kKeyboardCode_Enter);
+  EXPECT_EQ(Begins(), std::vector<double>{3});
+}
+
+TEST_F(ControlDetails, TheFirstPassOverWhatCanBeUsedRunsAsTheViewIsMade) {
+  OpenPanelWithoutLayout();
+  EXPECT_FALSE(Inspector::AlignLeftButton(View()).IsEnabled());
+  EXPECT_FALSE(Inspector::MusicNoteButton(View()).IsEnabled());
+  EXPECT_TRUE(Inspector::StreamLabel(View())->IsDisabled());
+  EXPECT_TRUE(Inspector::AddCaptionButton(View())->IsDisabled());
+  EXPECT_TRUE(Inspector::CaptionTypePopup(View())->IsDisabled());
+}
+
 TEST_F(ControlDetails, TheNewReadingCanOnlyTakeRegionsAndStylesAway) {
   auto& switches = zebcore::debug::DebugDatabase::Instance();
   struct Row {

@@ -305,6 +305,9 @@ TEST_F(ViewLifecycle, ClosedCaptionsTellTheirGridAndOpenOnesTheFrameOfTheirVideo
   EXPECT_EQ(Inspector::FrameRect(View()), (RectT<std::int32_t>{0, 0, 1920, 1080}));
   EXPECT_EQ(Inspector::GridColumns(View()), 42);
   EXPECT_EQ(Inspector::GridRows(View()), 24);
+  View().UpdateForSource(Source(), 32, 15);
+  EXPECT_EQ(Inspector::GridLabel(View())->GetValue(), u"Grid:");
+  EXPECT_EQ(Size(), u"32x15");
 }
 
 TEST_F(ViewLifecycle, OpenCaptionsWithoutVideoTellNoSizeAndKeepTheFormerFrame) {
