@@ -15,6 +15,7 @@
 #include "App/window/Settings.h"
 #include "App/window/TimeDisplays.h"
 #include "App/window/TimelineDock.h"
+#include "App/window/TimelineMeasures.h"
 #include "App/window/TimelineView.h"
 #include "Captions/contracts/SelectionMessages.h"
 #include "Captions/contracts/Stations.h"
@@ -304,6 +305,26 @@ TEST_F(TimelineInWindow, DrawingManyItemsTakesNoMoreCallsThanTheViewHasPixels) {
     View().ZoomIn();
   EXPECT_LT(View().FindPiecesDrawn(1).size(), 40U);
   EXPECT_GT(View().FindPiecesDrawn(1).size(), 0U);
+}
+
+// The ruler above its ticks.
+TEST_F(TimelineInWindow, NoTimeOfTheRulerIsCutAtTheRightEdge) {
+  for (int width = 1200; width < 1260; width += 4) {
+    window->resize(width, 800);
+    QApplication::processEvents();
+    View().ZoomToFit();
+    const QImage picture = View().viewport()->grab().toImage();
+    const QColor ground = View().palette().color(QPalette::Window);
+    for (int y = 2; y < App::timeline::kRulerHeight - 10; ++y)
+      EXPECT_EQ(picture.pixelColor(picture.width() - 1, y), ground) << width << " " << y;
+  }
+}
+
+TEST_F(TimelineInWindow, SequencesOfOneClipAreToldApartByTheirNames) {
+  const auto other = session().NewSequence(clip);
+  const auto third = session().NewSequence(clip);
+  EXPECT_EQ(other->GetName(), sequence->GetName() + u" 2");
+  EXPECT_EQ(third->GetName(), sequence->GetName() + u" 3");
 }
 
 class TimelineWithPanel : public WindowWithPanel {};
