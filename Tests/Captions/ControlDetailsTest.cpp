@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 
 #include <QApplication>
@@ -296,6 +297,20 @@ TEST_F(ControlDetails, TheNewReadingCanOnlyTakeRegionsAndStylesAway) {
         << (row.value ? row.value : "none") << (row.enabledBefore ? ", enabled before" : "");
     view.Destroy();
   }
+}
+
+TEST_F(ControlDetails, TheBarIsMadeAtThePositionThatTheViewRemembers) {
+  OwnFrame own;
+  own.container.resize(600, 700);
+  CaptionsView view("captions");
+  Inspector::ScrollPosition(view) = 146;
+  view.Create(u"own", u"Own", &own, false);
+  const auto calls = zebcore::trace::Take();
+  const auto set = std::find_if(calls.begin(), calls.end(),
+                                [](const auto& call) { return call.call == "ScrollBar::SetScrollBarPosition"; });
+  ASSERT_NE(set, calls.end());
+  EXPECT_EQ(set->args.at("position"), 146);
+  view.Destroy();
 }
 
 TEST_F(ControlDetails, PictureButtonsAreGivenUpInTheirOrderAndThePickerAfterThem) {
