@@ -14,7 +14,7 @@ using Bounds = std::vector<double>;
 using Places = std::map<std::string, Bounds>;
 using Controls = std::map<std::string, Json>;
 
-constexpr double kBarWidth = 13; // in the style of the program
+constexpr double kBarWidth = 14;
 
 // Where the controls of the present class stand, worked out from left to right by the widths that they ask for.
 class ExpectedPlaces {
