@@ -337,6 +337,27 @@ TEST_F(Fonts, AWeightThatIsItalicAloneChangesItalicAlone) {
   EXPECT_FALSE(Look(1).bold);
 }
 
+TEST_F(Fonts, TheFaceButtonsGoAlongWithAWeightThatNoCaptionTakes) {
+  ShowCaptions({In(u"Plain")});
+  SelectNothing();
+  Weights().SetDisabled(false);
+  ASSERT_FALSE(Inspector::BoldButton(View()).GetValue());
+  ASSERT_FALSE(Inspector::ItalicButton(View()).GetValue());
+  Choose(Weights(), u"Bold Italic");
+  EXPECT_EQ(TakeApplied(), std::vector<int>{});
+  EXPECT_TRUE(Inspector::BoldButton(View()).GetValue());
+  EXPECT_TRUE(Inspector::ItalicButton(View()).GetValue());
+}
+
+TEST_F(Fonts, AFamilyWithALongerStylePushesWhatFollowsInTheRow) {
+  const UString style = u"Bold " + UString(60, u'W');
+  TD::SetTitlerFontList({Family(u"Plain", {u"Regular"}), Family(u"Long", {u"Regular", style})});
+  ShowCaptions({In(u"Plain")});
+  const float before = Inspector::FontSizeControl(View())->UI_GetLocalRectF().x;
+  Choose(Families(), u"Long");
+  EXPECT_GT(Inspector::FontSizeControl(View())->UI_GetLocalRectF().x, before + 100);
+}
+
 TEST_F(Fonts, AnotherWeightOfTheSameFlagsChangesNoCaption) {
   ShowCaptions({In(u"Rich")});
   Choose(Weights(), u"Medium");

@@ -186,6 +186,24 @@ TEST_F(Position, TypedPercentsAreStoredToTheNearestPixel) {
   EXPECT_EQ(TakeApplied(), Parameters{});
 }
 
+TEST_F(Position, EachFormatThatIsPublishedSetsAllFourLimitsAnew) {
+  for (const bool isOpen : {false, true}) {
+    if (isOpen)
+      ShowOpen(MakePlaces({At(4, 2)}));
+    else
+      ShowClosed(MakePlaces({At(4, 2)}));
+    Number& x = isOpen ? OpenX() : ClosedX();
+    Number& y = isOpen ? OpenY() : ClosedY();
+    const std::vector<double> limits{x.GetMinValue(), x.GetMaxValue(), y.GetMinValue(), y.GetMaxValue()};
+    for (Number* number : {&x, &y}) {
+      number->SetMinValue(2.5);
+      number->SetMaxValue(2.75);
+    }
+    Pane().PublishSelectionFormat();
+    EXPECT_EQ((std::vector<double>{x.GetMinValue(), x.GetMaxValue(), y.GetMinValue(), y.GetMaxValue()}), limits);
+  }
+}
+
 // --- Regions
 
 TEST_F(Position, ARegionInUnitsIsTheGridUntilTheNextStream) {
