@@ -172,6 +172,7 @@ TEST_F(ViewLifecycle, ADestroyedViewLetsGoOfTheButtonsBelowAndHoldsTheBar) {
   EXPECT_EQ(Inspector::AlignLeftButton(View()).GetNode(), nullptr);
   EXPECT_EQ(Inspector::BoldButton(View()).GetNode(), nullptr);
   EXPECT_EQ(Inspector::ColorPicker(View()).GetNode(), nullptr);
+  EXPECT_EQ(Inspector::Bar(View()).GetBounds(), (RectT<int>{})) << "nor is there a bar";
 }
 
 TEST_F(ViewLifecycle, OnlyTheMessagesOfItsStationsMoveTheView) {
