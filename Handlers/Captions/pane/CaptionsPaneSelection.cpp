@@ -126,7 +126,11 @@ void CaptionsPane::SelectCaptionAtTime(const TickTime& time) {
 }
 
 void CaptionsPane::SelectCaptionTimes(const std::vector<TickTime>& times) {
+  const std::vector<TickTime> formerTimes = list->GetSelectedTimes();
   list->RestoreSelection(times);
+  // What the caret stood in before is no part of a row that was not the selected one.
+  if (list->GetSelectedCount() == 1 && list->GetSelectedTimes() != formerTimes && !list->HasFocusInText())
+    list->ResetTextSelection();
   UpdateViewAfterRowChange();
 }
 
