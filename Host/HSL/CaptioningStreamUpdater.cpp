@@ -155,8 +155,9 @@ void CaptioningStreamUpdater::ApplyTextChange(const TickTime& begin, const UStri
                                       {"without_focus", withoutFocus}});
   if (!mImpl->stream)
     return;
-  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(
-      {begin}, [&](const CaptionStatePtr& state) { return steps::Retype(*mImpl->stream, state, newText, caret); });
+  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas({begin}, [&](const CaptionStatePtr& state) {
+    return steps::Retype(*mImpl->stream, state, oldText, newText, caret);
+  });
   if (!deltas.empty())
     mImpl->Change()->Apply(deltas, steps::TypeName());
 }

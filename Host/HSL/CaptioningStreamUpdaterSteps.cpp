@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "zebcaptioning/LineEnds.h"
 #include "zebcaptioning/Spans.h"
 #include "zebcore/Localizer.h"
 
@@ -60,6 +61,15 @@ CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const Capti
   return Measured(stream, after);
 }
 
+// Whether the new text has just one music note more, at this place. The panel's command for it tells where the caret
+// stood before, and typing where it stands afterwards, which is another place among notes.
+bool IsNoteAt(const zebcore::UString& oldText, const zebcore::UString& newText, std::size_t place) {
+  constexpr char16_t kNote = 0x266A;
+  return newText.size() == oldText.size() + 1 && place < newText.size() && newText[place] == kNote &&
+         newText.compare(0, place, oldText, 0, place) == 0 &&
+         newText.compare(place + 1, zebcore::UString::npos, oldText, place, zebcore::UString::npos) == 0;
+}
+
 // Undo and redo measure what they bring back.
 [[maybe_unused]] const bool kIsMeasurerSet = (BE::SetCaptionMeasurer(&Measured), true);
 
@@ -83,9 +93,16 @@ zebcore::UString FormatName(CaptionFormatParameter parameter) {
   return Localize(index < kFormatNames.size() ? kFormatNames[index] : "$$$/Vidra/Undo/EditCaptions=Edit captions");
 }
 
-CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state, const zebcore::UString& text,
+CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
+                       const zebcore::UString& oldText, const zebcore::UString& newText,
                        const zebcaptioning::TextRange& caret) {
-  return WithFreshMeasure(stream, state, zebcaptioning::ReplaceText(state, text, caret));
+  // The two texts tell what was changed only if the lines of what is stored end as theirs do.
+  const std::size_t place = caret.second;
+  const bool isNote = IsNoteAt(oldText, newText, place);
+  return WithFreshMeasure(stream, state,
+                          zebcaptioning::ReplaceText(zebcaptioning::TakeLineEnds(state, oldText), newText,
+                                                     isNote ? zebcaptioning::TextRange(place + 1, place + 1)
+                                                            : zebcaptioning::ToTextUnits(newText, caret)));
 }
 
 CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
@@ -94,9 +111,10 @@ CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStateP
   int columns = 0;
   int rows = 0;
   GetGrid(stream, state->begin, columns, rows);
-  return WithFreshMeasure(
-      stream, state,
-      zebcaptioning::ApplyToRange(state, parameter, info, range, stream.GetStreamFormat(), columns, rows));
+  return WithFreshMeasure(stream, state,
+                          zebcaptioning::ApplyToRange(state, parameter, info,
+                                                      zebcaptioning::ToTextUnits(state->text, range),
+                                                      stream.GetStreamFormat(), columns, rows));
 }
 
 OpenTextMeasure MeasureIn(const BE::CaptioningStream& stream, const CaptionState& state) {

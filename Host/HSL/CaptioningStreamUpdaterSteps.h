@@ -22,7 +22,9 @@ zebcore::UString MoveName();
 zebcore::UString FormatName(zebcaptioning::CaptionFormatParameter parameter);
 
 // An open caption's measure goes with its text and its format; that of a closed one is in cells and needs none.
-CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state, const zebcore::UString& text,
+// Ranges count a CR LF pair of the text as one unit.
+CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
+                       const zebcore::UString& oldText, const zebcore::UString& newText,
                        const zebcaptioning::TextRange& caret);
 CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
                          zebcaptioning::CaptionFormatParameter parameter, const zebcaptioning::CaptionFormatInfo& info,
