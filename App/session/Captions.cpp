@@ -42,20 +42,11 @@ constexpr std::size_t kManyCaptions = 20000;
 
 // Many open captions are measured where nobody waits for it; of a few the host finds the measure when they are shown.
 void MeasureInAdvance(Formats::ReadResult& read, const BE::MediaInfo& picture, JobState& state) {
-  std::size_t measured = 0;
-  for (CaptionStatePtr& caption : read.captions) {
-    const HSL::OpenTextMeasure measure =
-        HSL::MeasureOpenText(*caption, picture.width, picture.height, picture.pixelAspect);
-    const boost::intrusive_ptr<zebcaptioning::CaptionState> next(new zebcaptioning::CaptionState(*caption));
-    next->paragraph.lineWidth = measure.lineWidth;
-    next->paragraph.blockHeight = measure.blockHeight;
-    caption = next;
-    const double done = static_cast<double>(++measured) / static_cast<double>(read.captions.size());
-    if (!state.Report(kShareOfReading * (kShareOfParsing + (1.0 - kShareOfParsing) * done))) {
-      read.cancelled = true;
-      return;
-    }
-  }
+  read.cancelled = !HSL::MeasureOpenTexts(
+      read.captions, picture.width, picture.height, picture.pixelAspect, [&](std::size_t measured) {
+        const double done = static_cast<double>(measured) / static_cast<double>(read.captions.size());
+        return state.Report(kShareOfReading * (kShareOfParsing + (1.0 - kShareOfParsing) * done));
+      });
 }
 
 Result<Formats::ReadResult> ReadCaptions(const fs::path& path, zebcaptioning::StreamFormat format,

@@ -168,13 +168,13 @@ void OpenChangeObject::Revert() {
     mProject->ReportHistory();
 }
 
-void OpenChangeObject::TakeMeasure(const ICaptioningStream::CaptionKey& key, int lineWidth, int blockHeight) {
-  const auto found = mDeltas.find(key);
+void OpenChangeObject::TakeMeasure(const CaptioningStream::Measure& measure) {
+  const auto found = mDeltas.find(measure.key);
   if (found == mDeltas.end())
     return;
   for (CaptionStatePtr* state : {&found->second.before, &found->second.after}) {
     if (*state)
-      *state = WithMeasure(**state, lineWidth, blockHeight);
+      *state = WithMeasure(**state, measure.lineWidth, measure.blockHeight, measure.frame);
   }
 }
 

@@ -22,7 +22,7 @@ class OpenChangeObject : public OpenChange {
   // The name of the step that committing would make now; nothing if it would make none.
   std::optional<UString> GetStepName() const;
   // A measure was written to a caption that the change holds.
-  void TakeMeasure(const ICaptioningStream::CaptionKey& key, int lineWidth, int blockHeight);
+  void TakeMeasure(const CaptioningStream::Measure& measure);
   void Detach() { mProject = nullptr; }
 
  private:

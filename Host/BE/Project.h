@@ -30,10 +30,10 @@ template <class T> struct Result {
   explicit operator bool() const { return value.has_value(); }
 };
 
-// The state with the measure of its text in the frame of the stream, which holds open captions. What draws captions
+// Gives states the measure of their text in the frame of the stream, which holds open captions. What draws captions
 // lies above this library, which asks this of it; until it is set, measures are taken as they come.
-using CaptionMeasurer = std::function<zebcaptioning::CaptionStatePtr(const CaptioningStream& stream,
-                                                                     const zebcaptioning::CaptionStatePtr& state)>;
+using CaptionMeasurer =
+    std::function<void(const CaptioningStream& stream, std::vector<zebcaptioning::CaptionStatePtr>& states)>;
 void SetCaptionMeasurer(CaptionMeasurer measurer);
 
 // What is known of a medium. width 0: no video. sampleRate 0: no audio.
@@ -254,6 +254,7 @@ class CaptioningStream : public ICaptioningStream, public INotification {
     CaptionKey key;
     int lineWidth = 0;
     int blockHeight = 0;
+    std::uint32_t frame = 0; // as zebcaptioning::MeasureMark has it
   };
   virtual void WriteMeasures(const std::vector<Measure>& measures) = 0;
 };

@@ -45,8 +45,9 @@ bool LooksSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
   return a->begin == b->begin && a->end == b->end && MeasuresSame(*a, *b);
 }
 
-CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight) {
+CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight, std::uint32_t frame) {
   auto* measured = new CaptionState(state);
+  measured->measured.frame = frame;
   measured->paragraph.lineWidth = lineWidth;
   measured->paragraph.blockHeight = blockHeight;
   return measured;
@@ -163,13 +164,13 @@ void StreamObject::WriteMeasures(const std::vector<Measure>& measures) {
     const auto& paragraph = caption->GetState()->paragraph;
     if (paragraph.lineWidth == measure.lineWidth && paragraph.blockHeight == measure.blockHeight)
       continue;
-    caption->SetState(WithMeasure(*caption->GetState(), measure.lineWidth, measure.blockHeight));
+    caption->SetState(WithMeasure(*caption->GetState(), measure.lineWidth, measure.blockHeight, measure.frame));
     measured.push_back({measure.key, entry->age, caption->GetState()});
     if (!mProject)
       continue;
     for (OpenChangeObject* change : mProject->GetOpenChanges()) {
       if (change->GetStream().Get() == this)
-        change->TakeMeasure(measure.key, measure.lineWidth, measure.blockHeight);
+        change->TakeMeasure(measure);
     }
   }
   if (!mProject || measured.empty())
@@ -289,6 +290,8 @@ void StreamObject::RefreshMeasures(std::vector<CaptionDelta>& deltas, bool forwa
   // The first caption stands for all of them.
   const Entry* first = mCaptions.At(0);
   const bool isMeasured = first && first->caption->HasLineWidth();
+  std::vector<CaptionStatePtr*> places;
+  std::vector<CaptionStatePtr> states;
   for (CaptionDelta& delta : deltas) {
     CaptionStatePtr& next = forward ? delta.after : delta.before;
     if (!next)
@@ -298,12 +301,18 @@ void StreamObject::RefreshMeasures(std::vector<CaptionDelta>& deltas, bool forwa
     if (!isMeasured && !isHeldMeasured && !HasMeasure(*next))
       continue;
     if (isHeldMeasured && MeasuresSame(*held->GetState(), *next)) {
-      const auto& paragraph = held->GetState()->paragraph;
-      next = WithMeasure(*next, paragraph.lineWidth, paragraph.blockHeight);
+      const CaptionState& state = *held->GetState();
+      next = WithMeasure(*next, state.paragraph.lineWidth, state.paragraph.blockHeight, state.measured.frame);
     } else if (TheMeasurer()) {
-      next = TheMeasurer()(*this, next);
+      places.push_back(&next);
+      states.push_back(next);
     }
   }
+  if (states.empty())
+    return;
+  TheMeasurer()(*this, states);
+  for (std::size_t i = 0; i < places.size(); ++i)
+    *places[i] = std::move(states[i]);
 }
 
 CaptionReport StreamObject::Apply(const std::vector<CaptionDelta>& deltas, bool forward, const CaptionPtr& made) {

@@ -27,7 +27,8 @@ struct CaptionReport {
 bool LooksSame(const zebcaptioning::CaptionStatePtr& a, const zebcaptioning::CaptionStatePtr& b);
 
 // The state with other measures.
-zebcaptioning::CaptionStatePtr WithMeasure(const zebcaptioning::CaptionState& state, int lineWidth, int blockHeight);
+zebcaptioning::CaptionStatePtr WithMeasure(const zebcaptioning::CaptionState& state, int lineWidth, int blockHeight,
+                                           std::uint32_t frame);
 
 class StreamObject : public CaptioningStream {
  public:

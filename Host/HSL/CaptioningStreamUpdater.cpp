@@ -4,7 +4,6 @@
 
 #include "BE/Project.h"
 #include "HSL/CaptioningStreamUpdaterSteps.h"
-#include "HSL/OpenTextMeasure.h"
 #include "zebcore/Boundary.h"
 #include "zebcore/Trace.h"
 
@@ -155,9 +154,9 @@ void CaptioningStreamUpdater::ApplyTextChange(const TickTime& begin, const UStri
                                       {"without_focus", withoutFocus}});
   if (!mImpl->stream)
     return;
-  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas({begin}, [&](const CaptionStatePtr& state) {
-    return steps::Retype(*mImpl->stream, state, oldText, newText, caret);
-  });
+  std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(
+      {begin}, [&](const CaptionStatePtr& state) { return steps::Retype(state, oldText, newText, caret); });
+  steps::MeasureChanged(*mImpl->stream, deltas);
   if (!deltas.empty())
     mImpl->Change()->Apply(deltas, steps::TypeName());
 }
@@ -197,9 +196,10 @@ void CaptioningStreamUpdater::ApplyFormatParameter(CaptionFormatParameter parame
         {{"parameter", static_cast<int>(parameter)}, {"times", WriteTimes(times)}, {"range", WriteRange(range)}});
   if (!mImpl->stream)
     return;
-  const std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(times, [&](const CaptionStatePtr& state) {
+  std::vector<CaptionDelta> deltas = mImpl->MakeDeltas(times, [&](const CaptionStatePtr& state) {
     return steps::Reformat(*mImpl->stream, state, parameter, info, range);
   });
+  steps::MeasureChanged(*mImpl->stream, deltas);
   if (!deltas.empty())
     mImpl->Change()->Apply(deltas, steps::FormatName(parameter));
 }
@@ -211,14 +211,15 @@ void CaptioningStreamUpdater::UpdateTextWidthAndPositioning(bool all) {
     return;
   std::vector<BE::ICaptioningStream::CaptionKey> keys;
   mImpl->stream->GetCaptionKeys(keys);
+  std::erase_if(keys, [&](const auto& key) { return !all && mImpl->stream->GetCaption(key)->HasLineWidth(); });
+  std::vector<CaptionStatePtr> states;
+  for (const auto& key : keys)
+    states.push_back(mImpl->stream->GetCaption(key)->GetState());
+  steps::Measure(*mImpl->stream, states);
   std::vector<BE::CaptioningStream::Measure> measures;
-  for (const auto& key : keys) {
-    const auto caption = mImpl->stream->GetCaption(key);
-    if (!all && caption->HasLineWidth())
-      continue;
-    const OpenTextMeasure measure = steps::MeasureIn(*mImpl->stream, *caption->GetState());
-    measures.push_back({key, measure.lineWidth, measure.blockHeight});
-  }
+  for (std::size_t i = 0; i < keys.size(); ++i)
+    measures.push_back(
+        {keys[i], states[i]->paragraph.lineWidth, states[i]->paragraph.blockHeight, states[i]->measured.frame});
   mImpl->stream->WriteMeasures(measures);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "HSL/OpenTextMeasure.h"
 #include "zebcaptioning/LineEnds.h"
 #include "zebcaptioning/Spans.h"
 #include "zebcore/Localizer.h"
@@ -46,19 +47,20 @@ void GetGrid(const BE::CaptioningStream& stream, const TickTime& time, int& colu
   settings.GetRegionBaseDimensions(columns, rows);
 }
 
-CaptionStatePtr Measured(const BE::CaptioningStream& stream, const CaptionStatePtr& state) {
-  const OpenTextMeasure measure = MeasureIn(stream, *state);
-  auto* measured = new CaptionState(*state);
-  measured->paragraph.lineWidth = measure.lineWidth;
-  measured->paragraph.blockHeight = measure.blockHeight;
-  return measured;
-}
+// The frame in whose pixels open captions stand.
+struct Frame {
+  int width = 0;
+  int height = 0;
+  zebmediatypes::PixelAspectRatio pixelAspect = zebmediatypes::kPixelAspectRatio_Square;
+};
 
-CaptionStatePtr WithFreshMeasure(const BE::CaptioningStream& stream, const CaptionStatePtr& before,
-                                 const CaptionStatePtr& after) {
-  if (after == before || !zebcaptioning::IsOpenCaptions(stream.GetStreamFormat()))
-    return after;
-  return Measured(stream, after);
+Frame GetFrame(const BE::CaptioningStream& stream) {
+  Frame frame;
+  GetGrid(stream, TickTime(), frame.width, frame.height);
+  const auto clip = stream.GetMasterClip();
+  if (clip && clip->GetMediaInfo().width > 0)
+    frame.pixelAspect = clip->GetMediaInfo().pixelAspect;
+  return frame;
 }
 
 // Whether the new text has just one music note more, at this place. The panel's command for it tells where the caret
@@ -71,7 +73,7 @@ bool IsNoteAt(const zebcore::UString& oldText, const zebcore::UString& newText, 
 }
 
 // Undo and redo measure what they bring back.
-[[maybe_unused]] const bool kIsMeasurerSet = (BE::SetCaptionMeasurer(&Measured), true);
+[[maybe_unused]] const bool kIsMeasurerSet = (BE::SetCaptionMeasurer(&Measure), true);
 
 } // namespace
 
@@ -93,16 +95,14 @@ zebcore::UString FormatName(CaptionFormatParameter parameter) {
   return Localize(index < kFormatNames.size() ? kFormatNames[index] : "$$$/Vidra/Undo/EditCaptions=Edit captions");
 }
 
-CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
-                       const zebcore::UString& oldText, const zebcore::UString& newText,
+CaptionStatePtr Retype(const CaptionStatePtr& state, const zebcore::UString& oldText, const zebcore::UString& newText,
                        const zebcaptioning::TextRange& caret) {
   // The two texts tell what was changed only if the lines of what is stored end as theirs do.
   const std::size_t place = caret.second;
   const bool isNote = IsNoteAt(oldText, newText, place);
-  return WithFreshMeasure(stream, state,
-                          zebcaptioning::ReplaceText(zebcaptioning::TakeLineEnds(state, oldText), newText,
-                                                     isNote ? zebcaptioning::TextRange(place + 1, place + 1)
-                                                            : zebcaptioning::ToTextUnits(newText, caret)));
+  return zebcaptioning::ReplaceText(zebcaptioning::TakeLineEnds(state, oldText), newText,
+                                    isNote ? zebcaptioning::TextRange(place + 1, place + 1)
+                                           : zebcaptioning::ToTextUnits(newText, caret));
 }
 
 CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
@@ -111,20 +111,31 @@ CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStateP
   int columns = 0;
   int rows = 0;
   GetGrid(stream, state->begin, columns, rows);
-  return WithFreshMeasure(stream, state,
-                          zebcaptioning::ApplyToRange(state, parameter, info,
-                                                      zebcaptioning::ToTextUnits(state->text, range),
-                                                      stream.GetStreamFormat(), columns, rows));
+  return zebcaptioning::ApplyToRange(state, parameter, info, zebcaptioning::ToTextUnits(state->text, range),
+                                     stream.GetStreamFormat(), columns, rows);
 }
 
-OpenTextMeasure MeasureIn(const BE::CaptioningStream& stream, const CaptionState& state) {
-  int width = 0;
-  int height = 0;
-  GetGrid(stream, state.begin, width, height);
-  const auto clip = stream.GetMasterClip();
-  const bool hasPicture = clip && clip->GetMediaInfo().width > 0;
-  return MeasureOpenText(state, width, height,
-                         hasPicture ? clip->GetMediaInfo().pixelAspect : zebmediatypes::kPixelAspectRatio_Square);
+void Measure(const BE::CaptioningStream& stream, std::vector<CaptionStatePtr>& states) {
+  const Frame frame = GetFrame(stream);
+  MeasureOpenTexts(states, frame.width, frame.height, frame.pixelAspect);
+}
+
+void MeasureChanged(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas) {
+  if (!zebcaptioning::IsOpenCaptions(stream.GetStreamFormat()))
+    return;
+  const Frame frame = GetFrame(stream);
+  std::vector<CaptionStatePtr*> places;
+  std::vector<CaptionStatePtr> states;
+  for (BE::CaptionDelta& delta : deltas) {
+    if (!delta.after || delta.after == delta.before ||
+        (delta.before && TakeMeasureFrom(delta.after, *delta.before, frame.width, frame.height, frame.pixelAspect)))
+      continue;
+    places.push_back(&delta.after);
+    states.push_back(delta.after);
+  }
+  Measure(stream, states);
+  for (std::size_t i = 0; i < places.size(); ++i)
+    *places[i] = std::move(states[i]);
 }
 
 void CloseGaps(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas) {

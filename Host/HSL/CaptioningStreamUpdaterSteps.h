@@ -6,7 +6,6 @@
 
 #include "BE/Project.h"
 #include "Captions/contracts/Caption.h"
-#include "HSL/OpenTextMeasure.h"
 
 // What the updater's edits make of a caption, and what their steps are called.
 namespace HSL::steps {
@@ -21,17 +20,17 @@ zebcore::UString TypeName();
 zebcore::UString MoveName();
 zebcore::UString FormatName(zebcaptioning::CaptionFormatParameter parameter);
 
-// An open caption's measure goes with its text and its format; that of a closed one is in cells and needs none.
-// Ranges count a CR LF pair of the text as one unit.
-CaptionStatePtr Retype(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
-                       const zebcore::UString& oldText, const zebcore::UString& newText,
+// Ranges count a CR LF pair of the text as one unit. What comes of a caption still has to be measured.
+CaptionStatePtr Retype(const CaptionStatePtr& state, const zebcore::UString& oldText, const zebcore::UString& newText,
                        const zebcaptioning::TextRange& caret);
 CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,
                          zebcaptioning::CaptionFormatParameter parameter, const zebcaptioning::CaptionFormatInfo& info,
                          const zebcaptioning::TextRange& range);
 
-// Measures an open caption in the frame of the stream's clip.
-OpenTextMeasure MeasureIn(const BE::CaptioningStream& stream, const CaptionState& state);
+// Measures open captions in the frame of the stream's clip.
+void Measure(const BE::CaptioningStream& stream, std::vector<CaptionStatePtr>& states);
+// An open caption's measure goes with its text and its format; that of a closed one is in cells and needs none.
+void MeasureChanged(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas);
 
 // Adds to deltas that remove captions those that move every later caption up by what went before it.
 void CloseGaps(const BE::CaptioningStream& stream, std::vector<BE::CaptionDelta>& deltas);

@@ -41,7 +41,6 @@ constexpr int kMeasureRoom = 4;
 // Boxes reach a pixel beyond what they hold even without a border, and have to find it.
 constexpr double kBoxReach = 1.0;
 constexpr double kMeasureOffset = 8.0;
-constexpr std::uint8_t kHalfCovered = 128;
 constexpr int kRowsStep = 2;
 constexpr int kAnchorsAtTop = 3;
 
@@ -229,14 +228,28 @@ struct OpenCaptionRenderer::Impl {
     return line;
   }
 
+  // Eight pixels at a time: boxes have many, and of a pixel that is covered by half the uppermost bit is set.
+  static int CountHalfCovered(const std::uint8_t* pixels, int count) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    constexpr int kStep = 8;
+    int covered = 0;
+    int at = 0;
+    for (; at + kStep <= count; at += kStep) {
+      std::uint64_t eight = 0;
+      std::memcpy(&eight, pixels + at, sizeof eight);
+      covered += static_cast<int>(((eight >> 7 & kOnes) * kOnes) >> 56);
+    }
+    for (; at < count; ++at)
+      covered += pixels[at] >> 7;
+    return covered;
+  }
+
   // The row that crosses most of the box: pieces of a run in another font may be lower than the rest.
   static int FindFullRow(const ASS_Image& image) {
     int best = 0;
-    std::ptrdiff_t most = -1;
+    int most = -1;
     for (int y = 0; y < image.h; y += kRowsStep) {
-      const std::uint8_t* row = image.bitmap + static_cast<std::ptrdiff_t>(y) * image.stride;
-      const std::ptrdiff_t covered =
-          std::count_if(row, row + image.w, [](std::uint8_t coverage) { return coverage >= kHalfCovered; });
+      const int covered = CountHalfCovered(image.bitmap + static_cast<std::ptrdiff_t>(y) * image.stride, image.w);
       if (covered > most) {
         most = covered;
         best = y;

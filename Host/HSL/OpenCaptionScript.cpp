@@ -109,6 +109,13 @@ zebcore::UString Escape(std::u16string_view text, bool& isLineStart) {
   return escaped;
 }
 
+bool TakeSameRoom(const TextSpanAttributes& a, const TextSpanAttributes& b) {
+  const auto edge = [](const TextSpanAttributes& span) { return HasEdge(span) ? span.edgeWidth : 0.0F; };
+  return a.family == b.family && a.size == b.size && a.bold == b.bold && a.italic == b.italic &&
+         a.underline == b.underline && edge(a) == edge(b) &&
+         a.backgroundColor.IsTransparent() == b.backgroundColor.IsTransparent();
+}
+
 class LineWriter {
  public:
   LineWriter(const CaptionState& caption, int frameHeight)
@@ -189,6 +196,14 @@ class LineWriter {
 
 double GetPixelsPerPoint(int frameHeight) {
   return frameHeight / kRowsOfAFrame / kPointsOfARow;
+}
+
+bool TakeSameRoom(const CaptionState& a, const CaptionState& b) {
+  return a.text == b.text && a.paragraph.lineSpacing == b.paragraph.lineSpacing &&
+         std::equal(a.runs.begin(), a.runs.end(), b.runs.begin(), b.runs.end(),
+                    [](const auto& left, const auto& right) {
+                      return left.start == right.start && TakeSameRoom(*left.attributes, *right.attributes);
+                    });
 }
 
 OpenCaptionScript WriteOpenCaptionScript(const CaptionState& caption, int frameHeight) {

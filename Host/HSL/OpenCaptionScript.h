@@ -26,6 +26,9 @@ struct OpenCaptionScript {
   double margin = 0.0;     // how far boxes and edges reach beyond their lines, pixels of the frame
 };
 
+// Whether two captions differ in nothing that shows in the size of their block, such as colours, place or times only.
+bool TakeSameRoom(const zebcaptioning::CaptionState& a, const zebcaptioning::CaptionState& b);
+
 // Fonts, sizes and colours are resolved: equal scripts draw equal pictures. Any thread.
 OpenCaptionScript WriteOpenCaptionScript(const zebcaptioning::CaptionState& caption, int frameHeight);
 

@@ -31,6 +31,16 @@ struct TextRun {
   }
 };
 
+// In what frame an open caption's line width and block height were measured; 0 for none known. A copy of a state is
+// made to be changed, so it starts without.
+struct MeasureMark {
+  std::uint32_t frame = 0;
+
+  MeasureMark() = default;
+  MeasureMark(const MeasureMark&) {}
+  MeasureMark& operator=(const MeasureMark&) = default;
+};
+
 // All that a caption holds, as one immutable value: changing a caption puts a new one in its place, and remembering how
 // a caption was is keeping a pointer. There is always at least one run, the first at 0, starts rise, and no two
 // neighbours are equal. typing is the style of what is typed next at the caret, null to take the run before the caret.
@@ -43,6 +53,7 @@ struct CaptionState : boost::intrusive_ref_counter<CaptionState> {
   zebmediatypes::TickTime end;
   SharedSpan typing;
   std::uint32_t typingAt = 0;
+  MeasureMark measured; // no part of the value
 
   CaptionState() = default;
   // Shares nothing mutable with the original and starts with no reference.
