@@ -1,3 +1,5 @@
+#include <gtest/gtest.h>
+
 #include "zebappsupport/Feature.h"
 
 namespace zebappsupport::feature {

@@ -1,3 +1,4 @@
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include "zebcore/Messaging.h"

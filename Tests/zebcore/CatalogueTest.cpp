@@ -1,6 +1,12 @@
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <set>
 #include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
 
 // The catalogues against the sources: every text for people is translated, and with the same places for values.
 

@@ -1,6 +1,8 @@
 #include <random>
 #include <stdexcept>
 
+#include <gtest/gtest.h>
+
 #include "zebcore/Messaging.h"
 
 namespace zebcore::messaging {

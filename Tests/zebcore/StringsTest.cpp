@@ -1,8 +1,8 @@
-#include <malloc.h>
-
 #include <atomic>
 #include <thread>
 
+#include <gtest/gtest.h>
+#include <malloc.h>
 #include <rapidcheck/gtest.h>
 
 #include "zebcore/Guid.h"

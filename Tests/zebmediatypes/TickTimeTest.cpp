@@ -1,11 +1,11 @@
-#include "zebmediatypes/TickTime.h"
-
 #include <cmath>
 #include <limits>
 
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include "zebmediatypes/FrameRate.h"
+#include "zebmediatypes/TickTime.h"
 
 namespace zebmediatypes {
 

@@ -1,5 +1,6 @@
 #include <limits>
 
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
 #include "zebmediatypes/TimeDisplay.h"

@@ -1,6 +1,7 @@
-#include "zebmediatypes/TimeDisplay.h"
-
+#include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
+
+#include "zebmediatypes/TimeDisplay.h"
 
 extern "C" {
 #include <libavutil/timecode.h>
