@@ -8,13 +8,12 @@ using zebcaptioning::CaptionType;
 
 // The popup's index is also the one by which the pane knows the stream.
 void CaptionsView::FillStreamPopup(const CaptionsSource& source) {
-  const std::set<StreamFormat> formats = source.GetAvailableFormats();
   if (!streamPopup)
     return;
   streamPopup->DeleteAllItems();
   std::int64_t current = 0;
   std::int64_t index = 0;
-  for (const StreamFormat format : formats) {
+  for (const StreamFormat format : source.GetAvailableFormats()) {
     streamPopup->AddItem(zebcaptioning::GetFullStreamFormatLabel(format));
     if (format == streamFormat)
       current = index;
