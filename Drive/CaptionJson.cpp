@@ -72,7 +72,12 @@ void ReadParagraph(const Fields& fields, ParagraphStyleAttributes& paragraph) {
 }
 
 float ReadSize(const Fields& fields, const char* name, float absent) {
-  return fields.Has(name) ? static_cast<float>(fields.Number(name)) : absent;
+  if (!fields.Has(name))
+    return absent;
+  const auto size = static_cast<float>(fields.Number(name));
+  if (!std::isfinite(size))
+    fields.Refuse(name, "must be a number that is finite");
+  return size;
 }
 
 void ReadSpan(const Fields& fields, TextSpanAttributes& span) {

@@ -63,13 +63,18 @@ Frame GetFrame(const BE::CaptioningStream& stream) {
   return frame;
 }
 
-// Whether the new text has just one music note more, at this place. The panel's command for it tells where the caret
-// stood before, and typing where it stands afterwards, which is another place among notes.
-bool IsNoteAt(const zebcore::UString& oldText, const zebcore::UString& newText, std::size_t place) {
-  constexpr char16_t kNote = 0x266A;
-  return newText.size() == oldText.size() + 1 && place < newText.size() && newText[place] == kNote &&
-         newText.compare(0, place, oldText, 0, place) == 0 &&
-         newText.compare(place + 1, zebcore::UString::npos, oldText, place, zebcore::UString::npos) == 0;
+constexpr char16_t kNote = 0x266A;
+
+// Whether the new text has a music note in the place of what was selected, or just one more where nothing was. The
+// panel's command for it tells the selection of before, and typing that of afterwards, which is another place among
+// notes.
+bool IsNoteOver(const zebcore::UString& oldText, const zebcore::UString& newText,
+                const zebcaptioning::TextRange& selection) {
+  const auto [start, end] = selection;
+  return oldText != newText && start <= end && end <= oldText.size() &&
+         newText.size() == start + 1 + oldText.size() - end && newText[start] == kNote &&
+         newText.compare(0, start, oldText, 0, start) == 0 &&
+         newText.compare(start + 1, zebcore::UString::npos, oldText, end, zebcore::UString::npos) == 0;
 }
 
 // Undo and redo measure what they bring back.
@@ -98,11 +103,14 @@ zebcore::UString FormatName(CaptionFormatParameter parameter) {
 CaptionStatePtr Retype(const CaptionStatePtr& state, const zebcore::UString& oldText, const zebcore::UString& newText,
                        const zebcaptioning::TextRange& caret) {
   // The two texts tell what was changed only if the lines of what is stored end as theirs do.
-  const std::size_t place = caret.second;
-  const bool isNote = IsNoteAt(oldText, newText, place);
-  return zebcaptioning::ReplaceText(zebcaptioning::TakeLineEnds(state, oldText), newText,
-                                    isNote ? zebcaptioning::TextRange(place + 1, place + 1)
-                                           : zebcaptioning::ToTextUnits(newText, caret));
+  const CaptionStatePtr lined = zebcaptioning::TakeLineEnds(state, oldText);
+  if (!IsNoteOver(oldText, newText, caret))
+    return zebcaptioning::ReplaceText(lined, newText, zebcaptioning::ToTextUnits(newText, caret));
+  // The note first and then what was selected, so that what stays keeps its look among equal characters too.
+  const zebcaptioning::TextRange behind(caret.first + 1, caret.first + 1);
+  zebcore::UString both = oldText;
+  both.insert(caret.first, 1, kNote);
+  return zebcaptioning::ReplaceText(zebcaptioning::ReplaceText(lined, both, behind), newText, behind);
 }
 
 CaptionStatePtr Reformat(const BE::CaptioningStream& stream, const CaptionStatePtr& state,

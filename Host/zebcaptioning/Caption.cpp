@@ -26,7 +26,9 @@ CaptionStatePtr MakeFromPattern(const zebmediatypes::TickTime& begin, const zebm
   ParagraphStyleAttributes paragraph = source.paragraph;
   paragraph.lineWidth = ParagraphStyleAttributes::kLineWidth_Unknown;
   paragraph.blockHeight = 0;
-  return ConformToFormat(MakeCaptionState(begin, end, {}, {source.runs.front()}, paragraph), format, columns, rows);
+  // Nothing was typed into the pattern yet, but what would be has its look already.
+  const SharedSpan& look = source.text.empty() ? GetTypingStyle(source, 0) : source.runs.front().attributes;
+  return ConformToFormat(MakeCaptionState(begin, end, {}, {{0, look}}, paragraph), format, columns, rows);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Captions/contracts/TextSpanAttributes.h"
 
+#include <array>
+#include <cmath>
 #include <functional>
 #include <mutex>
 #include <unordered_map>
@@ -56,9 +58,41 @@ void Forget(std::size_t hash) {
     entry = entry->second.expired() ? table.spans.erase(entry) : std::next(entry);
 }
 
+std::array<float*, 14> NumbersOf(TextSpanAttributes& span) {
+  CaptioningColor& text = span.textColor;
+  CaptioningColor& back = span.backgroundColor;
+  CaptioningColor& edge = span.edgeColor;
+  return {&span.size,  &span.edgeWidth, &text.red,   &text.green, &text.blue,  &text.alpha, &back.red,
+          &back.green, &back.blue,      &back.alpha, &edge.red,   &edge.green, &edge.blue,  &edge.alpha};
+}
+
+bool IsFinite(const CaptioningColor& color) {
+  return std::isfinite(color.red) && std::isfinite(color.green) && std::isfinite(color.blue) &&
+         std::isfinite(color.alpha);
+}
+
+bool IsFinite(const TextSpanAttributes& span) {
+  return std::isfinite(span.size) && std::isfinite(span.edgeWidth) && IsFinite(span.textColor) &&
+         IsFinite(span.backgroundColor) && IsFinite(span.edgeColor);
+}
+
+// What is no number equals nothing, itself neither, and what has no end cannot be drawn: both read as if not said.
+TextSpanAttributes MakeFinite(TextSpanAttributes span) {
+  TextSpanAttributes usual;
+  const std::array<float*, 14> numbers = NumbersOf(span);
+  const std::array<float*, 14> usualNumbers = NumbersOf(usual);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (!std::isfinite(*numbers[i]))
+      *numbers[i] = *usualNumbers[i];
+  }
+  return span;
+}
+
 } // namespace
 
 SharedSpan Share(const TextSpanAttributes& attributes) {
+  if (!IsFinite(attributes))
+    return Share(MakeFinite(attributes));
   const std::size_t hash = HashOf(attributes);
   Interned& table = Table();
   // What may turn out to be a last reference is let go when the table is open again.

@@ -20,6 +20,12 @@ bool StyleSays(const UString& style, const char* word) {
   return toolkit::ToQt(style).contains(QLatin1String(word), Qt::CaseInsensitive);
 }
 
+// Whether the index lies between the two halves of a surrogate pair.
+bool PartsCharacter(const UString& text, std::size_t index) {
+  const auto isHalf = [&text](std::size_t at, char16_t first) { return (text[at] & 0xFC00) == first; };
+  return index > 0 && index < text.size() && isHalf(index - 1, 0xD800) && isHalf(index, 0xDC00);
+}
+
 } // namespace
 
 struct UI_TextEdit::Text {
@@ -62,10 +68,19 @@ struct UI_TextEdit::Text {
             kept.FromShown(static_cast<std::size_t>(cursor.selectionEnd()))};
   }
 
-  // Brought inside the text and off the middle of a line end.
+  // Brought inside the text and off the middle of a line end or of a character, which is selected whole then.
   void Select(std::size_t start, std::size_t end) {
-    const std::size_t shownStart = kept.ToShown(std::min(start, end));
-    const std::size_t shownEnd = kept.ToShown(std::max(start, end));
+    const bool isEmpty = start == end;
+    if (start > end)
+      std::swap(start, end);
+    if (PartsCharacter(kept.Get(), start))
+      --start;
+    if (isEmpty)
+      end = start;
+    else if (PartsCharacter(kept.Get(), end))
+      ++end;
+    const std::size_t shownStart = kept.ToShown(start);
+    const std::size_t shownEnd = kept.ToShown(end);
     if (widget)
       widget->Select(shownStart, shownEnd);
     else

@@ -80,4 +80,29 @@ TEST_F(TextFormats, AMusicNoteBehindANoteTakesTheFormatThatWasChosenForIt) {
   EXPECT_EQ(runs[1].at("underline"), true);
 }
 
+TEST_F(TextFormats, AMusicNoteOverASelectionLeavesTheNoteBehindItAsItWas) {
+  OpenCaptions({Caption(1, 2, "\u266a\u266aa\u266a\u266a")});
+  SelectText(4, 5);
+  Do("command", {{"number", 32011}});
+  SelectText(0, 4);
+  Do("command", {{"number", 32012}});
+  EXPECT_EQ(Stream().at(0).at("text"), "\u266a\u266a");
+  const Json runs = Stream().at(0).at("runs");
+  ASSERT_EQ(runs.size(), 2U);
+  EXPECT_EQ(runs[0].at("underline"), false);
+  EXPECT_EQ(runs[1].at("underline"), true);
+}
+
+TEST_F(TextFormats, ASizeThatIsNoNumberIsRefusedByItsName) {
+  OpenCaptions({Caption(1, 2, "One")});
+  for (const char* name : {"size", "edge_width"}) {
+    for (const Json& value : {Json("nan"), Json("inf"), Json("-inf"), Json(1e39)}) {
+      Json change = Caption(1, 2, "One");
+      change["runs"] = {{{"start", 0}, {"end", 3}, {name, value}}};
+      const std::string error = Refused("edit_stream", {{"stream", stream}, {"change", {change}}});
+      EXPECT_EQ(error, std::string("change[0].runs[0].") + name + ": must be a number that is finite") << value;
+    }
+  }
+}
+
 } // namespace Tests

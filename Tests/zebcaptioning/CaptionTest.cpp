@@ -263,6 +263,15 @@ TEST(NewCaption, TakesItsFormatFromThePatternAndNoTextAndNoMeasures) {
   EXPECT_EQ(*made.GetState()->runs[0].attributes, red);
 }
 
+TEST(NewCaption, TakesWhatWasChosenForAPatternIntoWhichNothingWasTypedYet) {
+  const boost::intrusive_ptr<CaptionFormatInfo> info(new CaptionFormatInfo);
+  info->SetIsItalicized(true, true);
+  const CaptionStatePtr chosen = ApplyToRange(State(u""), kFormatItalic, *info, {0, 0}, kOpen);
+  ASSERT_FALSE(chosen->runs[0].attributes->italic);
+  const Caption made(TickTime(10), TickTime(20), Held(chosen), kOpen, 640, 360);
+  EXPECT_TRUE(made.GetState()->runs[0].attributes->italic);
+}
+
 TEST(NewCaption, TakesTheNearestOfWhatTheFormatDoesNotAllow) {
   TextSpanAttributes span = Bold();
   span.size = 40;

@@ -48,6 +48,35 @@ TEST(TextEdit, KeepsTheLineEndsThatItWasGiven) {
   EXPECT_EQ(t.edit->GetValue(), u"a\r\nb\nc\rd");
 }
 
+TEST(TextEdit, ACaretIsNeverInsideACharacterOfTwoUnits) {
+  Edit t;
+  t.edit->SetValue(u"a\U0001F600b", false);
+  t.edit->SetSelection({2, 2});
+  EXPECT_EQ(t.edit->GetSelection(), Range(1, 1));
+  t.Enter();
+  t.edit->SetSelection({2, 2});
+  driver::TypeText(u"x");
+  EXPECT_EQ(t.edit->GetValue(), u"ax\U0001F600b");
+}
+
+TEST(TextEdit, ASelectionThatBeginsOrEndsInsideACharacterHoldsAllOfIt) {
+  Edit t;
+  t.edit->SetValue(u"a\U0001F600b\U0001F601", false);
+  for (const auto& [asked, held] :
+       {std::pair{Range(2, 4), Range(1, 4)}, {Range(0, 2), Range(0, 3)}, {Range(5, 2), Range(1, 6)}}) {
+    t.edit->SetSelection(asked);
+    EXPECT_EQ(t.edit->GetSelection(), held) << asked.first << " " << asked.second;
+  }
+}
+
+TEST(TextEdit, AnotherTextThatPutsACharacterWhereTheCaretWasPutsTheCaretInFrontOfIt) {
+  Edit t;
+  t.edit->SetValue(u"abc", false);
+  t.edit->SetSelection({1, 1});
+  t.edit->SetValue(u"\U0001F600c", false);
+  EXPECT_EQ(t.edit->GetSelection(), Range(0, 0));
+}
+
 TEST(TextEdit, EnterPutsInCarriageReturnAndLineFeed) {
   Edit t;
   t.edit->SetValue(u"ab\nc", false);
