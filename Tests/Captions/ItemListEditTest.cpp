@@ -258,6 +258,18 @@ TEST_F(ItemListEdit, TheGreatestTimesAreSafe) {
   EXPECT_EQ(Begins(), (Times{1, 2, 5}));
 }
 
+TEST_F(ItemListEdit, ARowWhoseOwnCaptionHasMovedOnIsNotReadAgainForACaptionOfItsFormerBegin) {
+  Add(1, 2);
+  const boost::intrusive_ptr<zebcaptioning::CaptionState> state(
+      new zebcaptioning::CaptionState(*Row(1)->GetCaption()->GetState()));
+  state->begin = Seconds(1.5);
+  state->end = Seconds(2.5);
+  Row(1)->GetCaption()->SetState(zebcaptioning::CaptionStatePtr(state));
+  EXPECT_FALSE(list.AddOrUpdateCaption(MakeCaption(1, 4)));
+  EXPECT_EQ(End(1), 2);
+  EXPECT_EQ(Begins(), (Times{1}));
+}
+
 TEST_F(ItemListEdit, WithoutARowOrWithoutControlsFocusAndTextStayAsTheyAre) {
   list.RestoreTextSelection({1, 2});
   list.SetStoredTextOfSelection(u"x");
