@@ -23,7 +23,7 @@ InterfaceRef<IMasterClip> MediaClipObject::GetMasterClip() const {
 }
 
 VideoClipObject::VideoClipObject(ClipObject* owner)
-    : MediaClipObject(owner, kMediaType_Video), mContent(owner->GetContentID()) {}
+    : MediaClipObject(owner, kMediaType_Video), mContent(owner->ClipObject::GetContentID()) {}
 
 zebcore::geom::RectT<int> VideoClipObject::GetFrameRect() const {
   return GetOwner() ? GetOwner()->GetFrameRect() : zebcore::geom::RectT<int>();

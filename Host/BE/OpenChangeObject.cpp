@@ -15,7 +15,7 @@ OpenChangeObject::OpenChangeObject(const InterfaceRef<StreamObject>& stream)
 }
 
 OpenChangeObject::~OpenChangeObject() {
-  Commit();
+  OpenChangeObject::Commit();
   if (mProject)
     mProject->Unregister(this);
 }
@@ -130,12 +130,13 @@ void OpenChangeObject::MakeStep() {
   }
   if (!mProject)
     return;
+  const ObjectNumber number = step.number;
   if (step.deltas->empty()) {
-    mProject->GetStorage().Write([number = step.number](ProjectFile& file) { file.EraseStep(number); });
+    mProject->GetStorage().Write([number](ProjectFile& file) { file.EraseStep(number); });
     mProject->ReportHistory();
     return;
   }
-  mProject->PushStep(std::move(step), [number = step.number, unchanged](ProjectFile& file) {
+  mProject->PushStep(std::move(step), [number, unchanged](ProjectFile& file) {
     for (const auto& key : unchanged)
       file.EraseDelta(number, key);
   });

@@ -157,8 +157,10 @@ void ProjectObject::PushEdit(const InterfaceRef<StreamObject>& stream, std::vect
   step.name = stepName;
   step.stream = stream->GetNumber();
   step.deltas = deltas;
-  PushStep(std::move(step), [number = step.number, stream = stream->GetNumber(), deltas = std::move(deltas)](
-                                ProjectFile& file) { PutDeltas(file, stream, number, deltas); });
+  const ObjectNumber number = step.number;
+  PushStep(std::move(step), [number, stream = stream->GetNumber(), deltas = std::move(deltas)](ProjectFile& file) {
+    PutDeltas(file, stream, number, deltas);
+  });
 }
 
 void ProjectObject::EditCaptions(const InterfaceRef<CaptioningStream>& stream, const std::vector<CaptionDelta>& deltas,

@@ -103,7 +103,7 @@ void ProjectObject::Start() {
 ProjectObject::~ProjectObject() {
   mHistoryListener = nullptr;
   mStorage.SetProblemListener(nullptr);
-  Close();
+  ProjectObject::Close();
   for (OpenChangeObject* change : mOpenChanges)
     change->Detach();
   for (const auto& [number, stream] : mStreams)
@@ -266,7 +266,7 @@ void ProjectObject::ReportBin() const {
 }
 
 void ProjectObject::Close() {
-  CommitOpenChanges();
+  ProjectObject::CommitOpenChanges();
   mStorage.Close();
 }
 

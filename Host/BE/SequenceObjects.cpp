@@ -19,8 +19,8 @@ TickTime TrackItemObject::GetEnd() const {
 }
 
 InterfaceRef<IClip> TrackItemObject::GetClip() const {
-  const InterfaceRef<IClip> video = mClip->GetClip(kMediaType_Video, 0);
-  const InterfaceRef<IClip> audio = mClip->GetClip(kMediaType_Audio, 0);
+  InterfaceRef<IClip> video = mClip->GetClip(kMediaType_Video, 0);
+  InterfaceRef<IClip> audio = mClip->GetClip(kMediaType_Audio, 0);
   if (mRecord.video && video)
     return video;
   return audio ? audio : video;
@@ -48,8 +48,8 @@ SequenceObject::SequenceObject(ProjectObject* project, const std::string& tag, S
     : mProject(project), mTag(tag), mID(tag + "-" + std::to_string(record.number)), mRecord(std::move(record)),
       mStation(std::string_view("sequence:" + mID)), mContent(zebcore::utility::Guid::Random()) {
   std::vector<SequencePartDelta> deltas;
-  for (SequencePart& part : std::exchange(mRecord.parts, {}))
-    deltas.push_back({std::nullopt, std::move(part)});
+  for (const SequencePart& part : std::exchange(mRecord.parts, {}))
+    deltas.push_back({std::nullopt, part});
   Apply(deltas, true);
 }
 

@@ -213,10 +213,12 @@ void CaptioningStreamUpdater::UpdateTextWidthAndPositioning(bool all) {
   mImpl->stream->GetCaptionKeys(keys);
   std::erase_if(keys, [&](const auto& key) { return !all && mImpl->stream->GetCaption(key)->HasLineWidth(); });
   std::vector<CaptionStatePtr> states;
+  states.reserve(keys.size());
   for (const auto& key : keys)
     states.push_back(mImpl->stream->GetCaption(key)->GetState());
   steps::Measure(*mImpl->stream, states);
   std::vector<BE::CaptioningStream::Measure> measures;
+  measures.reserve(keys.size());
   for (std::size_t i = 0; i < keys.size(); ++i)
     measures.push_back(
         {keys[i], states[i]->paragraph.lineWidth, states[i]->paragraph.blockHeight, states[i]->measured.frame});

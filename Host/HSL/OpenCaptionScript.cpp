@@ -181,8 +181,8 @@ class LineWriter {
     for (const FontPiece& piece : SplitByFont(text, span->family, span->bold, span->italic)) {
       const std::string font = "{" + WriteFont(piece, *span, mPixelsPerPoint);
       const std::string words = zebcore::ToUTF8(Escape(text.substr(piece.start, piece.end - piece.start), isLineStart));
-      line.characters += font + drawn + words;
-      line.boxes += font + boxed + words;
+      line.characters.append(font).append(drawn).append(words);
+      line.boxes.append(font).append(boxed).append(words);
     }
   }
 

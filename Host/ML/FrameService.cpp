@@ -22,7 +22,7 @@ namespace {
 // Thumbnails are about 30 KB: this many are 60 MB at most.
 constexpr std::size_t kFramesKept = 2000;
 // Larger pictures weigh more, so that fewer of them are kept.
-constexpr std::size_t kBytesKept = 64 * 1024 * 1024;
+constexpr std::size_t kBytesKept = std::size_t{64} * 1024 * 1024;
 // The worker steps back behind whoever types while it decodes.
 constexpr int kWorkerNiceness = 5;
 // Files that stay open at once; each holds a decoder.

@@ -97,9 +97,9 @@ UString StyleName(const FaceFacts& face) {
       continue;
     // "Condensed Bold" is the bold of "Condensed"; a bold face's name starts with the word.
     if (word == "Bold" && !name.empty())
-      name = word + " " + name;
+      name.insert(0, word + " ");
     else
-      name += (name.empty() ? "" : " ") + word;
+      name.append(name.empty() ? "" : " ").append(word);
   }
   // A style that is not told by its name is told by its numbers.
   if (name.empty() && IsBold(face))
@@ -143,6 +143,7 @@ std::vector<CaptionFontRecord> MakeRecords(std::vector<FaceFacts> faces) {
   }
   std::ranges::stable_sort(entries, {}, [](const Entry& entry) { return Rank(entry.record); });
   std::vector<CaptionFontRecord> records;
+  records.reserve(entries.size());
   for (Entry& entry : entries)
     records.push_back(std::move(entry.record));
   return records;

@@ -139,7 +139,8 @@ struct ColorPickerControl::Impl {
 
   // Swatch on the left, eyedropper on the right, half each.
   void LayOut() {
-    const auto half = static_cast<float>(bounds.width / 2);
+    const int middle = bounds.width / 2;
+    const auto half = static_cast<float>(middle);
     const auto height = static_cast<float>(bounds.height);
     node->UI_SetLocalRectF(
         {static_cast<float>(bounds.x), static_cast<float>(bounds.y), static_cast<float>(bounds.width), height});

@@ -123,8 +123,6 @@ DC::Impl::~Impl() {
 
 DC::DC(Impl& impl) : mImpl(impl) {}
 
-DC::~DC() = default;
-
 std::shared_ptr<zebui::drawbot::Drawbot> DC::GetDrawbot() {
   return mImpl.drawbot;
 }

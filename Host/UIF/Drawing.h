@@ -63,7 +63,7 @@ class DC {
  public:
   struct Impl;
   explicit DC(Impl& impl);
-  ~DC();
+  ~DC() = default;
   DC(const DC&) = delete;
   DC& operator=(const DC&) = delete;
 

@@ -25,7 +25,7 @@ constexpr int kLabelHeight = 20;
 
 // Where the system lets no program see the screen, the program's own windows are what can be picked from.
 QImage Picture(QScreen& screen) {
-  const QImage grabbed = screen.grabWindow(0).toImage();
+  QImage grabbed = screen.grabWindow(0).toImage();
   if (!grabbed.isNull())
     return grabbed;
   const QRect area = screen.geometry();

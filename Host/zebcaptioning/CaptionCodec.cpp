@@ -228,7 +228,7 @@ class Reader {
   }
   ImmutableString Name() {
     const std::size_t size = Count();
-    const ImmutableString name(mBytes.substr(0, size));
+    ImmutableString name(mBytes.substr(0, size));
     mBytes.remove_prefix(size);
     return name;
   }

@@ -39,10 +39,11 @@ bool StandsAtY(const ParagraphStyleAttributes& paragraph) {
 OpenPlace GetOpenPlace(const ParagraphStyleAttributes& paragraph, double blockWidth, double blockHeight,
                        double frameWidth, double frameHeight) {
   const int cell = HasCell(paragraph) ? paragraph.anchor : kAnchor_BottomLeft + paragraph.alignment;
+  const int row = cell / 3;
   const double freeWidth = frameWidth * (1.0 - 2.0 * kSafeMargin) - blockWidth;
   const double freeHeight = frameHeight * (1.0 - 2.0 * kSafeMargin) - blockHeight;
   return {StandsAtX(paragraph) ? paragraph.x : frameWidth * kSafeMargin + freeWidth * (cell % 3) / 2.0,
-          StandsAtY(paragraph) ? paragraph.y : frameHeight * kSafeMargin + freeHeight * (cell / 3) / 2.0};
+          StandsAtY(paragraph) ? paragraph.y : frameHeight * kSafeMargin + freeHeight * row / 2.0};
 }
 
 void MakeRoomForPosition(ParagraphStyleAttributes& paragraph, int coordinate, int frameWidth, int frameHeight) {
