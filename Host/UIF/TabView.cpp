@@ -1,5 +1,7 @@
 #include "UIF/TabView.h"
 
+#include <memory>
+
 #include <QEvent>
 
 #include "UIF/ViewFocus.h"
@@ -15,12 +17,10 @@ using zebcore::boundary::Guard;
 
 namespace {
 
-// Keeps a tab view as large as the container of its frame; goes with the view's widget.
+// Keeps a tab view as large as the container of its frame; the view's widget keeps it.
 class ContainerFollower : public QObject {
  public:
-  ContainerFollower(ViewWidget* widget, QWidget* container) : QObject(widget), mWidget(widget) {
-    container->installEventFilter(this);
-  }
+  ContainerFollower(ViewWidget* widget, QWidget* container) : mWidget(widget) { container->installEventFilter(this); }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -77,7 +77,7 @@ void TabView::Create(const UString& id, const UString& name, WorkspaceFrame* fra
   Guard("ViewBase::CreateSelf", [&] { CreateSelf(client); });
   if (!IsCreated())
     return;
-  new ContainerFollower(Impl().widget, container);
+  Impl().widget->Keep(std::make_unique<ContainerFollower>(Impl().widget, container));
   frame->SetShown(visible);
   if (frame->LaysOutNewViews())
     SetBounds({0, 0, container->width(), container->height()});

@@ -1,6 +1,7 @@
 // For the sources of UIF, DLG, App and Drive only: the widgets behind views.
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
 
@@ -21,6 +22,8 @@ class ViewWidget : public QWidget {
   ViewBase* GetView() const { return mView; }
   // The view goes before its widget does.
   void Orphan() { mView = nullptr; }
+  // What watches other widgets for this one. It goes first: a widget that goes has the toolkit send events to those.
+  void Keep(std::unique_ptr<QObject> watcher) { mWatcher = std::move(watcher); }
 
  protected:
   bool event(QEvent* event) override;
@@ -38,6 +41,7 @@ class ViewWidget : public QWidget {
  private:
   ViewBase* mView;
   int mWheelRest = 0; // eighths of a degree short of a notch
+  std::unique_ptr<QObject> mWatcher;
 };
 
 class TabView;
