@@ -55,3 +55,16 @@ TEST(Carets, StandInsideNoPairOfSurrogatesAndBetweenAnyOtherTwoUnits) {
     EXPECT_TRUE(stands(low, low));
   }
 }
+
+TEST(ReplacedText, IsWhollyNewWhereHalfOfACharacterStaysOrBecomesOne) {
+  const UString whole = u"x\U0001F600";
+  const UString half = {u'x', char16_t(0xD83D), u'z'};
+  EXPECT_EQ(*ReplaceText(State(whole, {{0, Plain()}, {1, Bold()}}), half, {3, 3}), *State(half));
+  EXPECT_EQ(*ReplaceText(State(half, {{0, Plain()}, {1, Bold()}}), whole, {3, 3}), *State(whole));
+}
+
+TEST(ReplacedText, ThatIsLongerByACharacterOfNumberZeroIsTakenAsTyped) {
+  const UString longer(u"ab\0", 3);
+  EXPECT_EQ(*ReplaceText(State(u"ab", {{0, Plain()}, {1, Bold()}}), longer, {3, 3}),
+            *State(longer, {{0, Plain()}, {1, Bold()}}));
+}
