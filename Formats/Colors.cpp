@@ -52,7 +52,7 @@ std::optional<CaptioningColor> ParseHex(std::u16string_view digits) {
   }
   if (digits.size() == 3)
     return FromBytes(values[0] * 17, values[1] * 17, values[2] * 17);
-  const auto byte = [&](int i) { return values[2 * i] * 16 + values[2 * i + 1]; };
+  const auto byte = [&](std::size_t i) { return values[2 * i] * 16 + values[2 * i + 1]; };
   return FromBytes(byte(0), byte(1), byte(2), digits.size() == 8 ? byte(3) : 255);
 }
 

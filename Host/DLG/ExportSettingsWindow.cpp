@@ -24,7 +24,7 @@ QString LanguageLabel(const QString& tag) {
 } // namespace
 
 ExportSettingsWindow::ExportSettingsWindow(QWidget* parent, BE::FrameRate clipRate,
-                                           std::vector<BE::StreamFormat> streams)
+                                           const std::vector<BE::StreamFormat>& streams)
     : QDialog(parent), mClipRate(clipRate) {
   setWindowTitle(Label("$$$/Vidra/DLG/ExportSettings/Title=Export Settings"));
   mFormat = new ChoiceField(

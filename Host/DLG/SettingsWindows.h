@@ -52,7 +52,7 @@ class ImportSettingsWindow : public QDialog {
 class ExportSettingsWindow : public QDialog {
  public:
   // streams: those that the project holds, to choose one of.
-  ExportSettingsWindow(QWidget* parent, BE::FrameRate clipRate, std::vector<BE::StreamFormat> streams);
+  ExportSettingsWindow(QWidget* parent, BE::FrameRate clipRate, const std::vector<BE::StreamFormat>& streams);
   void Set(const BE::CaptionsExportSettings& settings);
   BE::CaptionsExportSettings Get() const;
 

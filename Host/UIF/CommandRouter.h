@@ -20,7 +20,7 @@ bool FindStatus(TabView* view, int id, bool& enabled, bool& marked, MenuMark& ma
 
 // The tab view that the user works in; null for none. It follows the focus; a panel whose focus vanished stays on duty.
 TabView* GetTabViewOnDuty();
-// For whoever drives the program; null for none.
+// Null for none. The one that goes and the one that comes are told, once.
 void SetTabViewOnDuty(TabView* view);
 
 } // namespace UIF

@@ -129,7 +129,8 @@ struct HotTimecodeControl::Impl {
     Broadcast(editStation, message);
   }
   template <class Message> static void Broadcast(const ImmutableString& where, const Message& message) {
-    const ImmutableString station = where;
+    // A listener may take the control away, and with it what where is part of.
+    const ImmutableString station = where; // NOLINT(performance-unnecessary-copy-initialization)
     const toolkit::WidgetScope scope;
     zebcore::messaging::BroadcastMessage(station, message);
   }

@@ -79,7 +79,7 @@ void ShortcutManager::AddWindowMenuID(const std::string& context, const UString&
   mWindowMenuIDs.push_back({context, label, menu});
 }
 
-void ShortcutManager::SetCommandDefaults(const std::string& name, const std::string& text, KeysList keys) {
+void ShortcutManager::SetCommandDefaults(const std::string& name, const std::string& text, const KeysList& keys) {
   mDefaults[name] = {text, Normalize(keys)};
 }
 
@@ -123,9 +123,9 @@ void ShortcutManager::ResetAllKeys() {
   KeysChanged();
 }
 
-void ShortcutManager::SetUserKeys(std::map<std::string, KeysList> keys) {
+void ShortcutManager::SetUserKeys(const std::map<std::string, KeysList>& keys) {
   mUserKeys.clear();
-  for (auto& [name, list] : keys) {
+  for (const auto& [name, list] : keys) {
     KeysList usable = Normalize(list);
     if (usable != GetDefaultKeys(name))
       mUserKeys[name] = std::move(usable);

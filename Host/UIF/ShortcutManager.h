@@ -78,7 +78,7 @@ class ShortcutManager {
 
   // What the host gives to a command, by its name, declared or not yet: what people call it, as a text with its key,
   // and its keys. The first key is the one that menus show.
-  void SetCommandDefaults(const std::string& name, const std::string& text, KeysList keys);
+  void SetCommandDefaults(const std::string& name, const std::string& text, const KeysList& keys);
   // In the language of the moment; the name itself for a command without a text.
   UString GetCommandText(const std::string& name) const;
 
@@ -93,7 +93,7 @@ class ShortcutManager {
   void ResetAllKeys();
   // What differs from the defaults, for the user's settings. Setting it replaces all choices.
   const std::map<std::string, KeysList>& GetUserKeys() const { return mUserKeys; }
-  void SetUserKeys(std::map<std::string, KeysList> keys);
+  void SetUserKeys(const std::map<std::string, KeysList>& keys);
 
   struct Clash {
     std::string context;

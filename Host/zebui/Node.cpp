@@ -154,7 +154,8 @@ void UI_Node::ChildPushBack(const boost::intrusive_ptr<UI_Node>& child) {
 void UI_Node::ChildRemove(const boost::intrusive_ptr<UI_Node>& child) {
   if (!child || child->mImpl->parent != this)
     return;
-  const boost::intrusive_ptr<UI_Node> kept = child;
+  // The caller's may be the one that the children hold.
+  const boost::intrusive_ptr<UI_Node> kept = child; // NOLINT(performance-unnecessary-copy-initialization)
   toolkit::Detach(*kept);
   kept->mImpl->parent = nullptr;
   std::erase(mImpl->children, kept);

@@ -73,7 +73,7 @@ struct UI_PositionGridControl::Grid {
   PointT<int> cell = kNoCell;
 
   void Paint(QPainter& painter, const GridButton& widget, const QRectF& rect, const toolkit::ButtonLook& look) const {
-    const QPalette palette = widget.palette();
+    const QPalette& palette = widget.palette();
     toolkit::ButtonLook flat = look;
     flat.hovered = false;
     flat.pressed = false;

@@ -53,7 +53,8 @@ class DividerLine : public QWidget, public Described {
     QPainter painter(this);
     QColor line = palette().color(QPalette::Active, QPalette::WindowText);
     line.setAlphaF(0.35F);
-    painter.fillRect(QRectF((width() - 1) / 2, 0, 1, height()), line);
+    const int middle = (width() - 1) / 2;
+    painter.fillRect(QRectF(middle, 0, 1, height()), line);
   }
 };
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 
 #include <QApplication>
 #include <QClipboard>
@@ -94,7 +95,7 @@ struct UI_TextEdit::Text {
     if (!family.empty())
       font.setFamily(toolkit::ToQt(family));
     if (size > 0.0F)
-      font.setPixelSize(std::max(1, static_cast<int>(size + 0.5F)));
+      font.setPixelSize(std::max(1, static_cast<int>(std::lround(size))));
     if (!style.empty()) {
       font.setBold(StyleSays(style, "bold"));
       font.setItalic(StyleSays(style, "italic") || StyleSays(style, "oblique"));
