@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "zebcaptioning/ClosedPlacement.h"
 #include "zebcaptioning/FormatFacts.h"
 #include "zebcaptioning/OpenPlacement.h"
 
@@ -345,6 +346,8 @@ CaptionStatePtr ApplyToRange(const CaptionStatePtr& state, CaptionFormatParamete
                              int rows) {
   const boost::intrusive_ptr<CaptionState> next = Copy(state);
   if (IsParagraphParameter(parameter)) {
+    if (GetFormatFacts(format).limited && (parameter == kFormatPositionX || parameter == kFormatPositionY))
+      LeaveCell(*next, format, columns, rows);
     ApplyToParagraph(next->paragraph, parameter, info, format, columns, rows);
     return KeepIfEqual(state, next);
   }

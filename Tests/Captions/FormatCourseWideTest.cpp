@@ -250,15 +250,15 @@ class WideCourse : public CourseTest, public testing::WithParamInterface<WideFor
       Release(place, before, y, index, &Place::x);
     });
   }
-  // An open caption that is placed by a number leaves its cell, and stays where it stood in the other direction, which
-  // is taken from the caption and has to lie in the frame. One without a cell keeps all else, unless it goes to 0,
-  // which is where captions are that were never placed.
+  // A caption that is placed by a number leaves its cell, and stays where it stood in the other direction, which is
+  // taken from the caption and has to lie in the frame or the grid; a closed one in a region is left alone there. One
+  // without a cell keeps all else, unless an open one goes to 0, which is where captions are that were never placed.
   void Release(Place& place, const Place& before, int coordinate, std::size_t index, int Place::*other) {
     const bool hadCell = before.anchor >= 0 && before.anchor <= 8;
-    if (!format.isOpen || (!hadCell && !(before.anchor == 9 && coordinate == 0)))
+    if (!hadCell && !(format.isOpen && before.anchor == 9 && coordinate == 0))
       return;
     place.anchor = -1;
-    if (!hadCell && before.*other != 0)
+    if ((!hadCell && before.*other != 0) || (!format.isOpen && !before.region.IsNull()))
       return;
     place.*other = Stored(Begin(index)).paragraph.*other;
     EXPECT_GE(place.*other, 0);

@@ -121,8 +121,4 @@ TEST(PlaceOfAnOpenCaption, WithoutACellABorderOfTheFrameCanBeAppliedToo) {
   EXPECT_EQ(PlaceOf(atLeft).y, 30);
 }
 
-TEST(PlaceOfAnOpenCaption, ClosedCaptionsKeepTheirAnchorWhenAPositionIsApplied) {
-  EXPECT_EQ(ApplyX(Placed(InCell(7)), 5, kCC1)->paragraph.anchor, 7);
-}
-
 } // namespace
