@@ -291,6 +291,20 @@ TEST_F(Updater, AnOpenCaptionsMeasureFollowsItsText) {
   EXPECT_GT(open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth, narrow);
 }
 
+TEST_F(Updater, AnOpenCaptionsMeasureFollowsItsFormat) {
+  const auto open = AddStream(project, clip, {State(10, 20, "line")}, zebcaptioning::GetStreamFormat("open", 1));
+  CaptioningStreamUpdater updater(open);
+  updater.UpdateTextWidthAndPositioning(true);
+  const auto former = open->FindByBegin(TickTime(10))->GetState()->paragraph;
+  ASSERT_GT(former.blockHeight, 0);
+  CaptionFormatInfo info;
+  bool uniform = false;
+  info.SetFontSize(info.GetFontSize(uniform) * 3, true);
+  updater.ApplyFormatParameter(zebcaptioning::kFormatFontSize, info, {TickTime(10)}, kAll);
+  EXPECT_GT(open->FindByBegin(TickTime(10))->GetState()->paragraph.lineWidth, former.lineWidth);
+  EXPECT_GT(open->FindByBegin(TickTime(10))->GetState()->paragraph.blockHeight, former.blockHeight);
+}
+
 TEST_F(Updater, AnOpenCaptionsMeasureIsThatOfItsTextAfterUndoAndRedo) {
   const auto open =
       AddStream(project, clip, {State(10, 20, "i"), State(30, 40, "two")}, zebcaptioning::GetStreamFormat("open", 1));
