@@ -108,3 +108,24 @@ TEST(GetFormatInfo, TellsTheAreaOfTheFirstCaptionThatHasOne) {
   EXPECT_TRUE(AreaOf(*info)->percent);
   EXPECT_FALSE(AreaOf(*info)->known);
 }
+
+TEST(CaptionFormatInfo, OfMixedRegionsAndStylesIsUniformAgainForOneCaption) {
+  ParagraphStyleAttributes named;
+  named.region = "left";
+  named.style = "loud";
+  const auto inRegion = Held(MakeCaptionState(TickTime(0), TickTime(100), u"text", {}, named));
+  const auto plain = Held(State(u"plain"));
+  boost::intrusive_ptr<CaptionFormatInfo> info;
+  inRegion->GetFormatInfo(info, kWhole, 32, 15, true);
+  plain->GetFormatInfo(info, kWhole, 32, 15, false);
+  bool uniform = true;
+  EXPECT_EQ(info->GetRegionName(uniform), u"left");
+  EXPECT_FALSE(uniform);
+  EXPECT_EQ(info->GetStyleName(uniform), u"loud");
+  EXPECT_FALSE(uniform);
+  plain->GetFormatInfo(info, kWhole, 32, 15, true);
+  EXPECT_EQ(info->GetRegionName(uniform), u"");
+  EXPECT_TRUE(uniform);
+  EXPECT_EQ(info->GetStyleName(uniform), u"");
+  EXPECT_TRUE(uniform);
+}
