@@ -9,6 +9,7 @@
 #include "UIF/ViewWidget.h"
 #include "zebcore/Boundary.h"
 #include "zebcore/Trace.h"
+#include "zebui/Focus.h"
 
 namespace UIF {
 
@@ -54,7 +55,11 @@ std::optional<KeyModifiers> KeyModifiers::ReplaceCurrent(std::optional<KeyModifi
 ViewBase::ViewBase(Commander* super) : Commander(super), mImpl(std::make_unique<ViewImpl>()) {}
 
 ViewBase::~ViewBase() {
-  // Too late for the hook; whoever wants it calls Destroy first.
+  // Too late for the hook; whoever wants it calls Destroy first. Too late also for a control in it to say that it lost
+  // the focus: who listens is most often the part of this view that is gone already.
+  const QWidget* const focused = toolkit::GetFocusWidget();
+  if (focused && mImpl->widget && mImpl->widget->isAncestorOf(focused))
+    toolkit::ForgetFocusOf(toolkit::GetFocusRecordNode());
   if (mImpl->created || mImpl->widget)
     DestroyViewWidget(*this);
 }

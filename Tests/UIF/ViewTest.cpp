@@ -145,6 +145,22 @@ TEST_F(Views, TakeTheFocusFromWhatIsInThemWhenTheyAreHidden) {
   pane.GetZEBNode()->ChildRemove(edit);
 }
 
+TEST_F(Views, AreToldNothingByAControlInThemOnceTheyAreBeingDeleted) {
+  auto view = std::make_unique<test::Pane>(&log);
+  view->Create(&panel, {10, 130, 200, 100});
+  view->Show(true);
+  boost::intrusive_ptr<zebui::controls::UI_TextEdit> edit(new zebui::controls::UI_TextEdit(1, 0));
+  view->GetZEBNode()->ChildPushBack(edit);
+  int told = 0;
+  edit->NotifyWhenChangedInteractively([&](const auto&) { ++told; });
+  edit->UI_GainKeyboardFocus(zebui::ui::kFocusChange_Pointer);
+  ASSERT_TRUE(edit->UI_HasKeyboardFocus(false));
+  told = 0;
+  view = nullptr;
+  EXPECT_EQ(told, 0);
+  EXPECT_FALSE(edit->UI_HasKeyboardFocus(false));
+}
+
 TEST_F(Views, OutliveTheirParentsWidget) {
   boost::intrusive_ptr<zebui::controls::UI_TextEdit> edit(new zebui::controls::UI_TextEdit(1, 0));
   pane.GetZEBNode()->ChildPushBack(edit);
