@@ -18,10 +18,6 @@ bool HasCell(const ParagraphStyleAttributes& paragraph) {
   return paragraph.anchor >= 0 && paragraph.anchor < kAnchor_None;
 }
 
-} // namespace
-
-namespace {
-
 // A coordinate of 0 without a cell was never set: anchor -1 says that 0 is meant.
 bool WasNeverSet(const ParagraphStyleAttributes& paragraph, int coordinate) {
   return paragraph.anchor == kAnchor_None && coordinate == 0;
