@@ -1,6 +1,7 @@
 #include "BE/OpenChangeObject.h"
 
 #include "BE/ProjectObject.h"
+#include "zebcaptioning/Spans.h"
 #include "zebcore/Boundary.h"
 #include "zebcore/Localizer.h"
 
@@ -175,7 +176,7 @@ void OpenChangeObject::TakeMeasure(const CaptioningStream::Measure& measure) {
     return;
   for (CaptionStatePtr* state : {&found->second.before, &found->second.after}) {
     if (*state)
-      *state = WithMeasure(**state, measure.lineWidth, measure.blockHeight, measure.frame);
+      *state = zebcaptioning::WithMeasure(**state, measure.lineWidth, measure.blockHeight, measure.frame);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "BE/ProjectObject.h"
 #include "zebcaptioning/Conversion.h"
+#include "zebcaptioning/Spans.h"
 #include "zebcore/Trace.h"
 
 namespace BE {
@@ -11,6 +12,7 @@ namespace {
 using Entry = zebcaptioning::CaptionIndex::Entry;
 using zebcaptioning::CaptionState;
 using zebcaptioning::CaptionStatePtr;
+using zebcaptioning::WithMeasure;
 
 // For pictures of clips that have none of their own.
 constexpr int kDefaultFrameWidth = 1920;
@@ -43,14 +45,6 @@ bool LooksSame(const CaptionStatePtr& a, const CaptionStatePtr& b) {
   if (a == b || !a || !b)
     return a == b;
   return a->begin == b->begin && a->end == b->end && MeasuresSame(*a, *b);
-}
-
-CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight, std::uint32_t frame) {
-  auto* measured = new CaptionState(state);
-  measured->measured.frame = frame;
-  measured->paragraph.lineWidth = lineWidth;
-  measured->paragraph.blockHeight = blockHeight;
-  return measured;
 }
 
 StreamObject::StreamObject(ProjectObject* project, ClipObject* clip, std::string id, StreamRecord record)

@@ -26,10 +26,6 @@ struct CaptionReport {
 // measures are in no picture and come and go without a step.
 bool LooksSame(const zebcaptioning::CaptionStatePtr& a, const zebcaptioning::CaptionStatePtr& b);
 
-// The state with other measures.
-zebcaptioning::CaptionStatePtr WithMeasure(const zebcaptioning::CaptionState& state, int lineWidth, int blockHeight,
-                                           std::uint32_t frame);
-
 class StreamObject : public CaptioningStream {
  public:
   using CaptionPtr = boost::intrusive_ptr<zebcaptioning::Caption>;

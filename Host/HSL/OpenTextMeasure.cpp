@@ -9,6 +9,7 @@
 
 #include "HSL/OpenCaptionRenderer.h"
 #include "HSL/OpenCaptionScript.h"
+#include "zebcaptioning/Spans.h"
 
 namespace HSL {
 
@@ -16,6 +17,7 @@ namespace {
 
 using zebcaptioning::CaptionState;
 using zebcaptioning::CaptionStatePtr;
+using zebcaptioning::WithMeasure;
 using zebmediatypes::PixelAspectRatio;
 
 // A thread reads the fonts before its first caption, which takes as long as some hundreds of captions do.
@@ -28,14 +30,6 @@ std::uint32_t GetMark(int frameWidth, int frameHeight, const PixelAspectRatio& p
   for (const int part : {frameWidth, frameHeight, pixelAspect.numerator, pixelAspect.denominator})
     mark = (mark ^ static_cast<std::uint32_t>(part)) * 16777619U;
   return std::max(mark, 1U);
-}
-
-CaptionStatePtr WithMeasure(const CaptionState& caption, int lineWidth, int blockHeight, std::uint32_t mark) {
-  auto* measured = new CaptionState(caption);
-  measured->paragraph.lineWidth = lineWidth;
-  measured->paragraph.blockHeight = blockHeight;
-  measured->measured.frame = mark;
-  return measured;
 }
 
 // What the threads that measure together share. Each takes the next few captions until all are taken.

@@ -321,6 +321,14 @@ const SharedSpan& GetTypingStyle(const CaptionState& state, std::size_t index) {
   return state.runs[FindRun(state, index > 0 ? index - 1 : 0)].attributes;
 }
 
+CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight, std::uint32_t frame) {
+  auto* measured = new CaptionState(state);
+  measured->measured.frame = frame;
+  measured->paragraph.lineWidth = lineWidth;
+  measured->paragraph.blockHeight = blockHeight;
+  return measured;
+}
+
 CaptionStatePtr ReplaceText(const CaptionStatePtr& state, const UString& newText, const TextRange& caret) {
   if (state->text == newText)
     return state;

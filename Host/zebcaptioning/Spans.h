@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "Captions/contracts/Caption.h"
 
@@ -16,6 +17,9 @@ std::size_t FindRun(const CaptionState& state, std::size_t index);
 // What a character typed there would look like: the typing style if it was set at that place, else the run before it,
 // else the first run. An index inside a surrogate pair counts as in front of it.
 const SharedSpan& GetTypingStyle(const CaptionState& state, std::size_t index);
+
+// The state with the line width and block height that were measured in a frame, as MeasureMark names it.
+CaptionStatePtr WithMeasure(const CaptionState& state, int lineWidth, int blockHeight, std::uint32_t frame);
 
 // The new text, with the runs of what both texts begin and end with; what was typed between takes the typing style if
 // it was set at that place, else the run before it. caret is the selection after the change: it tells where, among
